@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/Program.h"
+
+namespace marlok::app {
+
+/// How many arguments are taken when nobody says otherwise; further ones are dropped.
+inline constexpr int defaultMaxArgs = 100;
+
+/// The arguments in `commandLine`, in order. Blanks, commas, slashes, tabs and double quotes separate; quotes do not
+/// group. At most `maxArgs`.
+[[nodiscard]] std::vector<std::string> SplitCommandLine(std::string_view commandLine, int maxArgs = defaultMaxArgs);
+
+/// Writes the program's arguments to `gCommandFile`, one a line, and returns true; false, writing nothing, when there
+/// are none.
+/// @throws RuntimeError when the file cannot be written.
+bool GetCommandLine(Program& program, int maxArgs = defaultMaxArgs);
+
+/// Sets the flags of the run from the lines of `gCommandFile`: "A" or "a" copies all files, "C" or "c" changed ones
+/// only, "S" or "s" shows the result; the last one of a kind counts, every other line is passed over.
+/// @throws RuntimeError when the file cannot be read.
+void TakeRunFlags(Program& program);
+
+}  // namespace marlok::app

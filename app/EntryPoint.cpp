@@ -1,0 +1,8 @@
+#include "app/Main.h"
+#include "platform/win32/Win32Machine.h"
+
+/// The one place that names the real machine.
+int main() {
+    marlok::win32::Win32Machine machine;
+    return marlok::app::RunProgram(machine.machine(), &machine.views());
+}

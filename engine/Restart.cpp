@@ -1,0 +1,20 @@
+#include "engine/Restart.h"
+
+#include "fileops/Errors.h"
+
+namespace marlok {
+
+void RequestRestart(Program& program, forms::Form& caller) {
+    const std::string restarter = program.BesideProgram(programfile::restartProgram);
+    SystemError code = program.machine.files.Copy(program.BesideProgram(programfile::restartSource), restarter,
+                                                  copyflag::none, nullptr);
+    if (code == error::success) {
+        code = program.machine.process.StartHidden(restarter);
+    }
+    if (code != error::success) {
+        Raise(code);
+    }
+    caller.Unload();
+}
+
+}  // namespace marlok

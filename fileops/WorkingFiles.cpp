@@ -1,0 +1,12 @@
+#include "fileops/WorkingFiles.h"
+
+#include "platform/Text.h"
+
+namespace marlok::workingfile {
+
+bool IsWorkingFile(std::string_view name) {
+    return name.size() > prefix.size() && name.front() == '~' &&
+           text::EqualIgnoringCase(name.substr(0, prefix.size()), prefix);
+}
+
+}  // namespace marlok::workingfile

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace marlok {
+
+/// Style bits of a message box, as Windows numbers them.
+namespace messagestyle {
+inline constexpr std::uint32_t ok = 0;
+inline constexpr std::uint32_t okCancel = 1;
+inline constexpr std::uint32_t abortRetryIgnore = 2;
+inline constexpr std::uint32_t yesNo = 4;
+inline constexpr std::uint32_t stop = 16;
+inline constexpr std::uint32_t question = 32;
+inline constexpr std::uint32_t information = 64;
+}  // namespace messagestyle
+
+/// Identifiers of the buttons of a message box.
+namespace button {
+inline constexpr int ok = 1;
+inline constexpr int cancel = 2;
+inline constexpr int abort = 3;
+inline constexpr int retry = 4;
+inline constexpr int ignore = 5;
+inline constexpr int yes = 6;
+inline constexpr int no = 7;
+}  // namespace button
+
+/// The user's screen and input.
+class Desktop {
+ public:
+    virtual ~Desktop() = default;
+
+    /// Shows a message box over the active window and returns the pressed button.
+    virtual int ShowMessage(const std::string& text, std::uint32_t style, const std::string& title) = 0;
+
+    /// Hourglass or the normal pointer.
+    virtual void ShowHourglass(bool on) = 0;
+
+    /// Lets windows repaint; delivers no input, so no handler runs.
+    virtual void PaintPending() = 0;
+
+    /// Waits for input or until `milliseconds` are over, whichever comes first, and delivers all input that is
+    /// there. May return earlier without any.
+    virtual void WaitForInput(std::uint32_t milliseconds) = 0;
+
+    /// Size of the main screen in twips (1440 to the logical inch).
+    virtual int ScreenWidth() = 0;
+    virtual int ScreenHeight() = 0;
+};
+
+}  // namespace marlok

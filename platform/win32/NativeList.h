@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "forms/Controls.h"
+#include "platform/win32/NativeControl.h"
+
+namespace marlok::win32 {
+
+/// A list box with real strings. Changes of the model are gathered and mirrored in one go, and only the lines that
+/// differ are touched: adding 100,000 lines one by one and showing them now and then stays quick.
+class NativeList : public NativeControl {
+ public:
+    NativeList(forms::ListBox& list, Post post) : NativeControl(list, std::move(post)), list_(list) {}
+    void Flush() override;
+    void Notified(WORD notification) override;
+
+ protected:
+    WindowKind Kind() const override;
+    void MirrorContent(forms::Aspect aspect) override;
+
+ private:
+    void MirrorItems();
+    void ReplaceLines(std::size_t start, std::size_t removed, std::size_t added);
+    void MirrorSelection();
+    void MirrorSelectedLines();
+    [[nodiscard]] int SelectedOrFocused() const;
+    [[nodiscard]] std::vector<int> ShownSelection() const;
+    void Widen(const std::vector<std::string>& lines, std::size_t start, std::size_t count);
+    void TakeSelection();
+
+    forms::ListBox& list_;
+    std::vector<std::string> shown_;  ///< the lines that the window holds
+    bool itemsChanged_ = false;
+    bool selectionChanged_ = false;
+    int extent_ = 0;  ///< pixels of the longest line so far
+};
+
+}  // namespace marlok::win32

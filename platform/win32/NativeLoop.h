@@ -1,0 +1,62 @@
+#pragma once
+
+#include <windows.h>
+
+#include <deque>
+#include <exception>
+#include <functional>
+#include <vector>
+
+namespace marlok::win32 {
+
+class NativeForm;
+
+/// What all windows on the screen share: the queue of the user's actions, and the state of the pointer.
+///
+/// A window procedure never runs a handler of the program. It posts the action here, and the action runs when the
+/// procedure has returned, from Win32Desktop::WaitForInput alone. So no handler runs inside another one, none
+/// runs while windows merely repaint or a message box is open, a handler may unload its own window, and what it throws
+/// never meets a frame of the operating system.
+class NativeLoop {
+ public:
+    using Action = std::function<void()>;
+
+    /// Queues an action of the user in a window of `owner`.
+    void Post(const NativeForm& owner, Action action);
+
+    /// Runs what is queued, in its order, and anything it queues. What an action throws leaves this call; the rest
+    /// stays queued. False when there was nothing.
+    bool RunPosted();
+
+    /// Keeps what a handler threw inside a window procedure; the first one counts.
+    void Keep(std::exception_ptr thrown);
+
+    /// Throws what was kept, once.
+    void RethrowKept();
+
+    void Add(NativeForm& form);
+
+    /// Takes `form` out, with the actions queued for it.
+    void Remove(const NativeForm& form);
+
+    /// Brings every window's lists up to date.
+    void Flush();
+
+    /// The active window, else the last visible one; null when the program shows none.
+    [[nodiscard]] HWND ActiveWindow() const;
+
+    void SetHourglass(bool on) { hourglass_ = on; }
+    [[nodiscard]] bool Hourglass() const { return hourglass_; }
+
+ private:
+    struct Posted {
+        const NativeForm* owner;
+        Action action;
+    };
+    std::deque<Posted> posted_;
+    std::exception_ptr kept_;
+    std::vector<NativeForm*> forms_;  ///< not owned
+    bool hourglass_ = false;
+};
+
+}  // namespace marlok::win32

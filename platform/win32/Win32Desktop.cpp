@@ -1,0 +1,109 @@
+#include "platform/win32/Win32Desktop.h"
+
+#include <windows.h>
+
+#include <vector>
+
+#include "platform/win32/NativeControl.h"
+#include "platform/win32/Wide.h"
+
+namespace marlok::win32 {
+
+namespace {
+
+/// A window that never says it has painted would be offered for painting for ever.
+constexpr int paintLimit = 1000;
+
+/// Keeps all other windows of the program from taking input while a message box is open; the box itself disables only
+/// its owner.
+class OtherWindowsDisabled {
+ public:
+    explicit OtherWindowsDisabled(HWND owner) : owner_(owner) {
+        EnumThreadWindows(GetCurrentThreadId(), &Disable, reinterpret_cast<LPARAM>(this));
+    }
+    OtherWindowsDisabled(const OtherWindowsDisabled&) = delete;
+    OtherWindowsDisabled& operator=(const OtherWindowsDisabled&) = delete;
+    ~OtherWindowsDisabled() {
+        for (HWND window : disabled_) {
+            EnableWindow(window, TRUE);
+        }
+    }
+
+ private:
+    static BOOL CALLBACK Disable(HWND window, LPARAM data) {
+        auto& self = *reinterpret_cast<OtherWindowsDisabled*>(data);
+        if (window != self.owner_ && IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0) {
+            EnableWindow(window, FALSE);
+            self.disabled_.push_back(window);
+        }
+        return TRUE;
+    }
+
+    HWND owner_;
+    std::vector<HWND> disabled_;
+};
+
+int ToTwipsOfSystem(int pixels) {
+    return ToTwips(pixels, GetDpiForSystem());
+}
+
+}  // namespace
+
+int Win32Desktop::ShowMessage(const std::string& text, std::uint32_t style, const std::string& title) {
+    loop_.Flush();
+    HWND owner = loop_.ActiveWindow();
+    const OtherWindowsDisabled others(owner);
+    return MessageBoxW(owner, ToWide(text).c_str(), ToWide(title).c_str(), style | MB_SETFOREGROUND);
+}
+
+void Win32Desktop::ShowHourglass(bool on) {
+    loop_.SetHourglass(on);
+    SetCursor(LoadCursorW(nullptr, on ? IDC_WAIT : IDC_ARROW));
+}
+
+void Win32Desktop::PaintPending() {
+    loop_.Flush();
+    MSG message{};
+    for (int painted = 0; painted < paintLimit; ++painted) {
+        if (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE | PM_QS_PAINT) == 0) {
+            return;
+        }
+        DispatchMessageW(&message);
+    }
+}
+
+void Win32Desktop::WaitForInput(std::uint32_t milliseconds) {
+    loop_.Flush();
+    if (RunActions()) {
+        return;  // what came while a message box was open
+    }
+    if (MsgWaitForMultipleObjectsEx(0, nullptr, milliseconds, QS_ALLINPUT, MWMO_INPUTAVAILABLE) != WAIT_OBJECT_0) {
+        return;
+    }
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+        HWND active = GetActiveWindow();
+        if (active == nullptr || IsDialogMessageW(active, &message) == 0) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        RunActions();
+        loop_.Flush();  // the next message may be the one that paints
+    }
+    RunActions();  // messages that other programs sent are delivered inside the last look-up
+}
+
+bool Win32Desktop::RunActions() {
+    loop_.RethrowKept();
+    return loop_.RunPosted();
+}
+
+int Win32Desktop::ScreenWidth() {
+    return ToTwipsOfSystem(GetSystemMetrics(SM_CXSCREEN));
+}
+
+int Win32Desktop::ScreenHeight() {
+    return ToTwipsOfSystem(GetSystemMetrics(SM_CYSCREEN));
+}
+
+}  // namespace marlok::win32

@@ -1,0 +1,48 @@
+#include "platform/win32/Win32Machine.h"
+
+#include <windows.h>
+
+#include "platform/win32/Com.h"
+#include "platform/win32/NativeViews.h"
+#include "platform/win32/Win32Clock.h"
+#include "platform/win32/Win32Desktop.h"
+#include "platform/win32/Win32FileSystem.h"
+#include "platform/win32/Win32Process.h"
+#include "platform/win32/Win32Registry.h"
+#include "platform/win32/Win32Shell.h"
+#include "platform/win32/Win32SystemInfo.h"
+
+namespace marlok::win32 {
+
+struct Win32Machine::Services {
+    Apartment apartment;  ///< first in, last out
+    NativeLoop loop;
+    NativeViews views{loop};
+    Win32Registry registry;
+    Win32FileSystem files;
+    Win32Shell shell;
+    Win32Desktop desktop{loop};
+    Win32Clock clock;
+    Win32Process process;
+    Win32SystemInfo system;
+    Machine machine{registry, files, shell, desktop, clock, process, system};
+};
+
+Win32Machine::Win32Machine() : services_(std::make_unique<Services>()) {
+    // A drive without a medium gives its error code, not a box that waits for somebody to insert one.
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+    // A long copy repaints its windows but takes no input; Windows is not to grey them out for that.
+    DisableProcessWindowsGhosting();
+}
+
+Win32Machine::~Win32Machine() = default;
+
+Machine& Win32Machine::machine() {
+    return services_->machine;
+}
+
+forms::ViewFactory& Win32Machine::views() {
+    return services_->views;
+}
+
+}  // namespace marlok::win32

@@ -1,0 +1,84 @@
+#include "platform/win32/Win32Shell.h"
+
+#include <windows.h>
+// Behind windows.h, whose types they use.
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include "platform/win32/Automation.h"
+#include "platform/win32/ShellLink.h"
+#include "platform/win32/Wide.h"
+
+namespace marlok::win32 {
+
+namespace {
+
+/// The shell's codes for names it cannot use and for an operation called off before its end.
+constexpr int invalidFiles = 0x7C;
+constexpr int operationCancelled = ERROR_CANCELLED;
+
+std::wstring DesktopByScriptHost() {
+    Automation shell;
+    Automation folders;
+    if (FAILED(shell.Create(L"WScript.Shell")) || FAILED(shell.GetObjectProperty(L"SpecialFolders", folders))) {
+        return {};
+    }
+    std::vector<Variant> name;
+    name.emplace_back(std::wstring_view(L"Desktop"));
+    Variant path;
+    if (FAILED(folders.Call(L"Item", std::move(name), path)) || path.Get().vt != VT_BSTR) {
+        return {};
+    }
+    return {path.Get().bstrVal, SysStringLen(path.Get().bstrVal)};
+}
+
+std::wstring DesktopByKnownFolder() {
+    wchar_t* path = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(FOLDERID_Desktop, KF_FLAG_DEFAULT, nullptr, &path);
+    const std::wstring folder = SUCCEEDED(result) ? std::wstring(path) : std::wstring();
+    CoTaskMemFree(path);
+    return folder;
+}
+
+}  // namespace
+
+int Win32Shell::Perform(const ShellFileOperation& operation) {
+    if (operation.from.empty() || HoldsZero(operation.from) || HoldsZero(operation.to)) {
+        return invalidFiles;  // a zero would end the name, and the shell would work on another one
+    }
+    // The names are lists for the shell: each ends with a second zero.
+    const std::wstring from = ToWide(operation.from) + L'\0';
+    const std::wstring to = ToWide(operation.to) + L'\0';
+    SHFILEOPSTRUCTW request{};
+    request.wFunc = static_cast<UINT>(operation.kind);
+    request.pFrom = from.c_str();
+    request.pTo = operation.kind == ShellFileOperation::Kind::remove ? nullptr : to.c_str();
+    request.fFlags = operation.flags;
+    const int result = SHFileOperationW(&request);
+    // The shell calls an operation that was broken off half-way a success.
+    return result == 0 && request.fAnyOperationsAborted != FALSE ? operationCancelled : result;
+}
+
+std::string Win32Shell::DesktopFolder() {
+    std::wstring folder = DesktopByScriptHost();
+    if (folder.empty()) {
+        folder = DesktopByKnownFolder();
+    }
+    if (folder.size() > 3 && folder.back() == L'\\') {
+        folder.pop_back();
+    }
+    return FromWide(folder);
+}
+
+SystemError Win32Shell::SaveShortcut(const Shortcut& shortcut) {
+    if (HoldsZero(shortcut.path)) {
+        return error::invalidName;
+    }
+    // The script host may be switched off by policy; the link object then writes the same file.
+    if (FitsCodePage(shortcut) && SaveShortcutByScriptHost(shortcut) == error::success) {
+        return error::success;
+    }
+    return SaveShortcutByLinkObject(shortcut);
+}
+
+}  // namespace marlok::win32

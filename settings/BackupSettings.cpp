@@ -1,0 +1,94 @@
+#include "settings/BackupSettings.h"
+
+#include <cstdint>
+#include <limits>
+
+#include "fileops/FolderFunctions.h"
+#include "platform/RuntimeError.h"
+
+namespace marlok {
+
+namespace {
+
+constexpr const char* locationSection = "Target";
+constexpr const char* locationWord = "TargetPath";
+constexpr const char* sourceWord = "SourcePath";
+
+std::string ValueName(const std::string& word, int number) {
+    return word + std::to_string(number);
+}
+
+}  // namespace
+
+bool IsEndMark(const std::string& text) {
+    return text.empty() || text == endMark;
+}
+
+int CheckedCounter(int number) {
+    if (number > std::numeric_limits<std::int16_t>::max()) {
+        throw RuntimeError(runtimeerror::overflow, "Overflow");
+    }
+    return number;
+}
+
+std::vector<std::string> BackupSettings::ReadList(const std::string& section, const std::string& word) {
+    std::vector<std::string> list;
+    for (int number = firstEntryNumber;; number = CheckedCounter(number + 1)) {
+        std::string entry = settings_.GetSetting(section, ValueName(word, number), endMark);
+        if (IsEndMark(entry)) {
+            return list;
+        }
+        list.push_back(std::move(entry));
+    }
+}
+
+void BackupSettings::SaveList(const std::string& section, const std::string& word,
+                              const std::vector<std::string>& list) {
+    settings_.DeleteSetting(section, "");
+    int number = firstEntryNumber;
+    for (const std::string& entry : list) {
+        settings_.SaveSetting(section, ValueName(word, number), entry);
+        ++number;
+    }
+}
+
+std::vector<std::string> BackupSettings::Locations() {
+    return ReadList(locationSection, locationWord);
+}
+
+std::vector<std::string> BackupSettings::Sources(const std::string& location) {
+    return ReadList(PathAfterRoot(location), sourceWord);
+}
+
+std::string BackupSettings::Location(int number) {
+    return settings_.GetSetting(locationSection, ValueName(locationWord, number), endMark);
+}
+
+std::string BackupSettings::Source(const std::string& location, int number) {
+    return settings_.GetSetting(PathAfterRoot(location), ValueName(sourceWord, number), endMark);
+}
+
+bool BackupSettings::AnyLocation() {
+    return !IsEndMark(Location(firstEntryNumber));
+}
+
+bool BackupSettings::AnySource(const std::string& location) {
+    return !IsEndMark(Source(location, firstEntryNumber));
+}
+
+void BackupSettings::SaveLocations(const std::vector<std::string>& locations) {
+    std::vector<std::string> kept;
+    for (const std::string& location : locations) {
+        if (IsEndMark(location)) {
+            break;
+        }
+        kept.push_back(location);
+    }
+    SaveList(locationSection, locationWord, kept);
+}
+
+void BackupSettings::SaveSources(const std::string& location, const std::vector<std::string>& sources) {
+    SaveList(PathAfterRoot(location), sourceWord, sources);
+}
+
+}  // namespace marlok

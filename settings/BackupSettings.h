@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "settings/CRegSettings.h"
+
+namespace marlok {
+
+/// The text that ends a numbered list in the settings, and that every reader takes for a missing value.
+inline constexpr const char* endMark = "0";
+
+/// True for what ends a list of paths, stored or shown: "" and "0".
+[[nodiscard]] bool IsEndMark(const std::string& text);
+
+/// Backup locations and their sources in the settings. Section "Target" holds the locations as "TargetPath2",
+/// "TargetPath3", ...; the section called like the location without its drive root holds its sources as "SourcePath2",
+/// ...: two locations that differ only in their drive share one list. Lists are dense, start at 2, end at the first
+/// value that is missing, empty or "0", and are always rewritten whole.
+class BackupSettings {
+ public:
+    explicit BackupSettings(CRegSettings& settings) : settings_(settings) {}
+
+    /// @throws RuntimeError 6 for more than 32,765 entries; so do all readers of lists.
+    [[nodiscard]] std::vector<std::string> Locations();
+    [[nodiscard]] std::vector<std::string> Sources(const std::string& location);
+
+    /// One entry of a list, by the number in its name; the end mark when there is none.
+    [[nodiscard]] std::string Location(int number);
+    [[nodiscard]] std::string Source(const std::string& location, int number);
+
+    [[nodiscard]] bool AnyLocation();
+    [[nodiscard]] bool AnySource(const std::string& location);
+
+    /// Rewrites the locations up to the first that is "" or "0".
+    void SaveLocations(const std::vector<std::string>& locations);
+
+    /// Rewrites the sources of a location. Where the old list cannot be deleted because keys lie below it, longer old
+    /// entries stay behind the new end.
+    void SaveSources(const std::string& location, const std::vector<std::string>& sources);
+
+ private:
+    [[nodiscard]] std::vector<std::string> ReadList(const std::string& section, const std::string& word);
+    void SaveList(const std::string& section, const std::string& word, const std::vector<std::string>& list);
+
+    CRegSettings& settings_;
+};
+
+/// The number of a list's first entry.
+inline constexpr int firstEntryNumber = 2;
+
+/// `number` as a 16-bit counter.
+/// @throws RuntimeError 6 when it has passed 32,767.
+int CheckedCounter(int number);
+
+}  // namespace marlok

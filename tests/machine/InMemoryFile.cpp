@@ -1,0 +1,144 @@
+#include "tests/machine/InMemoryFile.h"
+
+#include <utility>
+
+#include "tests/machine/InMemoryFiles.h"
+
+namespace marlok::test {
+namespace {
+
+SystemError CheckExisting(const Node& node, OpenMode mode) {
+    if (mode == OpenMode::createNew) {
+        return error::fileExists;
+    }
+    if (node.IsFolder() || node.denied) {
+        return error::accessDenied;
+    }
+    if (node.locked) {
+        return error::sharingViolation;
+    }
+    if (mode == OpenMode::read) {
+        return error::success;
+    }
+    if (node.volume->options.readOnly) {
+        return error::writeProtected;
+    }
+    if (node.Has(attribute::readOnly)) {
+        return error::accessDenied;
+    }
+    return node.writers > 0 ? error::sharingViolation : error::success;
+}
+
+SystemError CreateFile(InMemoryDisk& disk, const Location& location, OpenMode mode, NodePtr& node) {
+    if (mode == OpenMode::read || location.error != error::fileNotFound) {
+        return location.error;
+    }
+    if (location.trailingSeparator) {
+        return error::invalidName;
+    }
+    const SystemError code = CheckCreation(*location.parent);
+    if (code == error::success) {
+        node = disk.Add(location, attribute::archive);
+    }
+    return code;
+}
+
+}  // namespace
+
+SystemError OpenNode(InMemoryDisk& disk, const std::string& path, OpenMode mode, NodePtr& node) {
+    const Location location = disk.Locate(path, InMemoryDisk::Follow::yes);
+    if (location.node == nullptr) {
+        return CreateFile(disk, location, mode, node);
+    }
+    const SystemError code = CheckExisting(*location.node, mode);
+    if (code != error::success) {
+        return code;
+    }
+    node = location.node;
+    if (mode == OpenMode::replace) {
+        disk.Empty(*node);
+        node->attributes |= attribute::archive;
+    }
+    return error::success;
+}
+
+InMemoryFile::InMemoryFile(InMemoryDisk& disk, FaultPlan& faults, int& openFiles, std::string path, NodePtr node,
+                           OpenMode mode)
+    : disk_(disk), faults_(faults), openFiles_(openFiles), path_(std::move(path)), node_(std::move(node)), mode_(mode) {
+    ++openFiles_;
+    ++(Writes() ? node_->writers : node_->readers);
+    position_ = mode_ == OpenMode::append ? node_->content.size() : 0;
+}
+
+InMemoryFile::~InMemoryFile() {
+    Release();
+}
+
+void InMemoryFile::Release() {
+    if (node_ != nullptr) {
+        --(Writes() ? node_->writers : node_->readers);
+        --openFiles_;
+        node_.reset();
+    }
+}
+
+SystemError InMemoryFile::Read(std::string& bytes, std::size_t size) {
+    bytes.clear();
+    if (const SystemError code = faults_.Enter("Read", path_, false); code != error::success) {
+        return code;
+    }
+    if (node_ == nullptr) {
+        return error::invalidHandle;
+    }
+    if (Writes()) {
+        return error::accessDenied;
+    }
+    if (position_ < node_->content.size()) {
+        bytes = node_->content.substr(position_, size);
+        position_ += bytes.size();
+    }
+    return error::success;
+}
+
+SystemError InMemoryFile::Put(std::string_view bytes) {
+    if (node_ == nullptr) {
+        return error::invalidHandle;
+    }
+    if (!Writes()) {
+        return error::accessDenied;
+    }
+    const SystemError code = disk_.Write(*node_, position_, bytes);
+    position_ += bytes.size();
+    return code;
+}
+
+SystemError InMemoryFile::Write(std::string_view bytes) {
+    const std::string_view torn = faults_.TearsWrites() ? bytes.substr(0, bytes.size() / 2) : std::string_view();
+    SystemError code = error::success;
+    try {
+        code = faults_.Enter("Write", path_, true);
+    } catch (const ProcessDied&) {
+        static_cast<void>(Put(torn));  // nobody is left to hear of its result
+        throw;
+    }
+    if (code != error::success) {
+        static_cast<void>(Put(torn));  // the planned error is the result
+        return code;
+    }
+    return Put(bytes);
+}
+
+SystemError InMemoryFile::Flush() {
+    const SystemError code = faults_.Enter("Flush", path_, false);
+    return code == error::success && node_ == nullptr ? error::invalidHandle : code;
+}
+
+SystemError InMemoryFile::Close() {
+    // The handle is gone whatever the result.
+    const bool wasOpen = node_ != nullptr;
+    Release();
+    const SystemError code = faults_.Enter("Close", path_, false);
+    return code == error::success && !wasOpen ? error::invalidHandle : code;
+}
+
+}  // namespace marlok::test

@@ -1,0 +1,287 @@
+#include "tests/machine/InMemoryFiles.h"
+
+#include <utility>
+
+#include "platform/Text.h"
+#include "tests/machine/InMemoryCopy.h"
+#include "tests/machine/InMemoryFile.h"
+#include "tests/machine/InMemorySearch.h"
+
+namespace marlok::test {
+namespace {
+
+using Follow = InMemoryDisk::Follow;
+
+/// The attribute bits that a program can set.
+constexpr std::uint32_t settable = attribute::readOnly | attribute::hidden | attribute::system | attribute::archive;
+
+bool IsBelow(const Node* node, const Node* folder) {
+    while (node != nullptr && node != folder) {
+        node = node->parent;
+    }
+    return node != nullptr;
+}
+
+}  // namespace
+
+SystemError CheckCreation(const Node& parent) {
+    if (parent.volume->options.readOnly) {
+        return error::writeProtected;
+    }
+    return parent.denied ? error::accessDenied : error::success;
+}
+
+SystemError CheckRemoval(const Node& node) {
+    if (node.volume->options.readOnly) {
+        return error::writeProtected;
+    }
+    if (node.locked || node.holders > 0 || node.writers > 0) {
+        return error::sharingViolation;
+    }
+    return node.denied || node.parent == nullptr ? error::accessDenied : error::success;
+}
+
+SystemError InMemoryFiles::FindFirst(const std::string& pattern, std::unique_ptr<FolderSearch>& search,
+                                     DirectoryEntry& first) {
+    search.reset();
+    const SystemError code = faults_.Enter("FindFirst", pattern, false);
+    return code == error::success ? Search(pattern, search, first) : code;
+}
+
+SystemError InMemoryFiles::Search(const std::string& pattern, std::unique_ptr<FolderSearch>& search,
+                                  DirectoryEntry& first) {
+    PathParts parts = disk_.Parse(pattern, true);
+    if (parts.error != error::success) {
+        return parts.error;
+    }
+    // A bare root, and what ends in a separator, names no entry of any folder.
+    const bool namesNothing = parts.names.empty() || parts.trailingSeparator;
+    std::string name;
+    if (!namesNothing) {
+        name = std::move(parts.names.back());
+        parts.names.pop_back();
+    }
+    const Location folder = disk_.Locate(parts, Follow::yes);
+    if (folder.node == nullptr) {
+        return folder.error == error::fileNotFound ? error::pathNotFound : folder.error;
+    }
+    if (!folder.node->IsFolder()) {
+        return error::invalidFolderName;
+    }
+    if (folder.node->denied) {
+        return error::accessDenied;
+    }
+    if (namesNothing) {
+        return error::fileNotFound;
+    }
+    auto found = std::make_unique<InMemorySearch>(faults_, openSearches_, pattern, tellsReparseTags_);
+    found->Collect(folder.node, name);
+    if (!found->Fetch(first)) {
+        return error::fileNotFound;
+    }
+    search = std::move(found);
+    return error::success;
+}
+
+SystemError InMemoryFiles::GetEntry(const std::string& path, DirectoryEntry& entry) {
+    if (const SystemError code = faults_.Enter("GetEntry", path, false); code != error::success) {
+        return code;
+    }
+    const Location location = disk_.Locate(path, Follow::no);
+    if (location.node == nullptr) {
+        return location.error;
+    }
+    entry = location.node->Entry();
+    entry.name.clear();
+    entry.alternateName.clear();
+    entry.reparseTag = tellsReparseTags_ ? entry.reparseTag : 0;
+    return error::success;
+}
+
+SystemError InMemoryFiles::CreateFolder(const std::string& path) {
+    if (const SystemError code = faults_.Enter("CreateFolder", path, true); code != error::success) {
+        return code;
+    }
+    const Location location = disk_.Locate(path, Follow::no);
+    if (location.node != nullptr || location.error == error::invalidName) {
+        return location.node != nullptr ? error::alreadyExists : error::invalidName;
+    }
+    if (location.parent == nullptr) {
+        return location.error;
+    }
+    const SystemError code = CheckCreation(*location.parent);
+    if (code == error::success) {
+        disk_.Add(location, attribute::directory);
+    }
+    return code;
+}
+
+SystemError InMemoryFiles::RemoveFolder(const std::string& path) {
+    if (const SystemError code = faults_.Enter("RemoveFolder", path, true); code != error::success) {
+        return code;
+    }
+    const Location location = disk_.Locate(path, Follow::no);
+    if (location.node == nullptr) {
+        return location.error;
+    }
+    const Node& node = *location.node;
+    if (node.IsLink()) {
+        return error::notSupported;
+    }
+    if (!node.IsFolder()) {
+        return error::invalidFolderName;
+    }
+    if (const SystemError code = CheckRemoval(node); code != error::success) {
+        return code;
+    }
+    if (node.Has(attribute::readOnly)) {
+        return error::accessDenied;
+    }
+    if (!node.children.empty()) {
+        return error::directoryNotEmpty;
+    }
+    disk_.Remove(location.node);
+    return error::success;
+}
+
+SystemError InMemoryFiles::RemoveLink(const std::string& path) {
+    if (const SystemError code = faults_.Enter("RemoveLink", path, true); code != error::success) {
+        return code;
+    }
+    const Location location = disk_.Locate(path, Follow::no);
+    if (location.node == nullptr) {
+        return location.error;
+    }
+    if (!canRemoveLinks_ || !location.node->IsLink()) {
+        return error::notSupported;
+    }
+    const SystemError code =
+        location.node->Has(attribute::readOnly) ? error::accessDenied : CheckRemoval(*location.node);
+    if (code == error::success) {
+        disk_.Remove(location.node);
+    }
+    return code;
+}
+
+SystemError InMemoryFiles::Delete(const std::string& path) {
+    if (const SystemError code = faults_.Enter("Delete", path, true); code != error::success) {
+        return code;
+    }
+    const Location location = disk_.Locate(path, Follow::no);
+    if (location.node == nullptr) {
+        return location.error;
+    }
+    if (location.node->IsFolder() || location.node->Has(attribute::readOnly)) {
+        return error::accessDenied;
+    }
+    const SystemError code = CheckRemoval(*location.node);
+    if (code == error::success) {
+        disk_.Remove(location.node);
+    }
+    return code;
+}
+
+SystemError InMemoryFiles::CheckReplace(const Node& from, const Location& to) const {
+    if (to.node == nullptr || to.node.get() == &from) {
+        return error::success;
+    }
+    const bool refused = to.node->IsFolder() || from.IsFolder() || to.node->Has(attribute::readOnly);
+    return refused || to.node->readers > 0 ? error::accessDenied : CheckRemoval(*to.node);
+}
+
+SystemError InMemoryFiles::Move(const std::string& from, const std::string& to, bool replace) {
+    if (const SystemError code = faults_.Enter("Move", from, true); code != error::success) {
+        return code;
+    }
+    const Location source = disk_.Locate(from, Follow::no);
+    const Location target = disk_.Locate(to, Follow::no);
+    if (source.node == nullptr) {
+        return source.error;
+    }
+    if (const SystemError code = CheckRemoval(*source.node); code != error::success) {
+        return code;
+    }
+    if (target.node != nullptr && target.node != source.node && !replace) {
+        return error::alreadyExists;
+    }
+    if (target.parent == nullptr) {
+        return target.node == nullptr ? target.error : error::accessDenied;
+    }
+    if (target.parent->volume != source.node->volume) {
+        return error::notSameDevice;
+    }
+    const SystemError creation = CheckCreation(*target.parent);
+    const SystemError code = creation == error::success ? CheckReplace(*source.node, target) : creation;
+    if (code != error::success) {
+        return code;
+    }
+    if (IsBelow(target.parent.get(), source.node.get())) {
+        return error::sharingViolation;
+    }
+    if (target.node != nullptr && target.node != source.node) {
+        disk_.Remove(target.node);
+    }
+    disk_.Rename(source.node, target.parent, target.name);
+    return error::success;
+}
+
+SystemError InMemoryFiles::Copy(const std::string& from, const std::string& to, std::uint32_t flags,
+                                const CopyProgressRoutine& progress) {
+    InMemoryCopy copy(disk_, faults_, copyChunk_);
+    return copy.Run(from, to, flags, progress);
+}
+
+SystemError InMemoryFiles::SetAttributes(const std::string& path, std::uint32_t attributes) {
+    if (const SystemError code = faults_.Enter("SetAttributes", path, true); code != error::success) {
+        return code;
+    }
+    const Location location = disk_.Locate(path, Follow::no);
+    if (location.node == nullptr) {
+        return location.error;
+    }
+    if (location.node->volume->options.readOnly) {
+        return error::writeProtected;
+    }
+    if (location.node->denied) {
+        return error::accessDenied;
+    }
+    location.node->attributes = (location.node->attributes & ~settable) | (attributes & settable);
+    return error::success;
+}
+
+SystemError InMemoryFiles::Open(const std::string& path, OpenMode mode, std::unique_ptr<File>& file) {
+    file.reset();
+    if (const SystemError code = faults_.Enter("Open", path, mode != OpenMode::read); code != error::success) {
+        return code;
+    }
+    NodePtr node;
+    const SystemError code = OpenNode(disk_, path, mode, node);
+    if (code == error::success) {
+        file = std::make_unique<InMemoryFile>(disk_, faults_, openFiles_, path, std::move(node), mode);
+    }
+    return code;
+}
+
+SystemError InMemoryFiles::FinalPath(const std::string& path, std::string& finalPath) {
+    if (const SystemError code = faults_.Enter("FinalPath", path, false); code != error::success) {
+        return code;
+    }
+    const Location location = disk_.Locate(path, Follow::yes);
+    if (location.node != nullptr) {
+        finalPath = location.node->Path();
+    }
+    return location.error;
+}
+
+SystemError InMemoryFiles::Identify(const std::string& path, FileIdentity& identity) {
+    if (const SystemError code = faults_.Enter("Identify", path, false); code != error::success) {
+        return code;
+    }
+    const Location location = disk_.Locate(path, Follow::yes);
+    if (location.node != nullptr) {
+        identity = {location.node->volume->serial, location.node->index};
+    }
+    return location.error;
+}
+
+}  // namespace marlok::test

@@ -1,0 +1,222 @@
+#include "tests/machine/InMemoryMachine.h"
+
+#include <stdexcept>
+
+namespace marlok::test {
+namespace {
+
+using Follow = InMemoryDisk::Follow;
+
+[[noreturn]] void Refuse(const std::string& path, const char* why) {
+    throw std::invalid_argument(path + ": " + why);
+}
+
+}  // namespace
+
+InMemoryMachine::InMemoryMachine() : machine_{registry, files, shell, desktop, clock, process, system} {
+    Seed({{system.windowsFolder + "\\"}, {process.programFolder + "\\"}, {shell.desktopFolder + "\\"}});
+    process.SetCurrentFolder(process.programFolder);
+}
+
+void InMemoryMachine::AddDrive(char letter, const DriveOptions& options) {
+    disk.AddVolume(std::string(1, letter) + ":", options);
+}
+
+void InMemoryMachine::AddShare(const std::string& root, const DriveOptions& options) {
+    disk.AddVolume(root, options);
+}
+
+void InMemoryMachine::SetDriveFailure(const std::string& root, SystemError code) {
+    Volume* volume = disk.FindVolume(root);
+    if (volume == nullptr) {
+        Refuse(root, "no such drive");
+    }
+    volume->failure = code;
+}
+
+NodePtr InMemoryMachine::MakeFolder(const PathParts& parts) {
+    if (parts.error != error::success) {
+        Refuse(parts.root, "no path");
+    }
+    if (disk.FindVolume(parts.root) == nullptr) {
+        disk.AddVolume(parts.root, {});
+    }
+    PathParts built = parts;
+    built.names.clear();
+    NodePtr folder = disk.FindVolume(parts.root)->folder;
+    for (const std::string& name : parts.names) {
+        built.names.push_back(name);
+        const Location location = disk.Locate(built, Follow::yes);
+        folder = location.node != nullptr || location.parent == nullptr ? location.node
+                                                                        : disk.Add(location, attribute::directory);
+        if (folder == nullptr || !folder->IsFolder()) {
+            Refuse(built.Text(), "no folder");
+        }
+    }
+    return folder;
+}
+
+NodePtr InMemoryMachine::MakeFile(const std::string& path) {
+    PathParts parts = disk.Parse(path);
+    if (parts.error != error::success || parts.names.empty() || parts.trailingSeparator) {
+        Refuse(path, "no path of a file");
+    }
+    Location location = disk.Locate(parts, Follow::yes);
+    if (location.node == nullptr) {
+        const std::string name = parts.names.back();
+        parts.names.pop_back();
+        location.parent = MakeFolder(parts);
+        location.name = name;
+        location.node = disk.Add(location, attribute::archive);
+    }
+    if (location.node->IsFolder()) {
+        Refuse(path, "is a folder");
+    }
+    disk.Empty(*location.node);
+    return location.node;
+}
+
+void InMemoryMachine::Seed(std::initializer_list<Seeded> entries) {
+    for (const Seeded& entry : entries) {
+        Seed(entry);
+    }
+}
+
+void InMemoryMachine::Seed(const Seeded& entry) {
+    const bool folder = !entry.path.empty() && entry.path.back() == '\\';
+    const NodePtr node = folder ? MakeFolder(disk.Parse(entry.path)) : MakeFile(entry.path);
+    if (disk.Write(*node, 0, entry.content) != error::success) {
+        Refuse(entry.path, "does not fit on the drive");
+    }
+    node->attributes |= entry.attributes;
+    if (!folder || entry.time.has_value()) {
+        disk.SetWriteTime(*node, entry.time.value_or(At(9, 0)));
+        disk.SetCreationTime(*node, entry.time.value_or(At(9, 0)));
+    }
+}
+
+void InMemoryMachine::Write(const std::string& path, const std::string& content) {
+    if (disk.Write(*MakeFile(path), 0, content) != error::success) {
+        Refuse(path, "does not fit on the drive");
+    }
+}
+
+NodePtr InMemoryMachine::Existing(const std::string& path, Follow follow) const {
+    const Location location = disk.Locate(path, follow);
+    if (location.node == nullptr) {
+        Refuse(path, "is not there");
+    }
+    return location.node;
+}
+
+std::string InMemoryMachine::Read(const std::string& path) const {
+    const NodePtr node = Existing(path, Follow::yes);
+    if (node->IsFolder()) {
+        Refuse(path, "is a folder");
+    }
+    return node->content;
+}
+
+bool InMemoryMachine::Exists(const std::string& path) const {
+    return disk.Locate(path, Follow::no).node != nullptr;
+}
+
+DirectoryEntry InMemoryMachine::EntryOf(const std::string& path) const {
+    return Existing(path, Follow::no)->Entry();
+}
+
+test::Tree InMemoryMachine::Tree(const std::string& folder) const {
+    test::Tree tree;
+    const NodePtr top = disk.Locate(folder, Follow::yes).node;
+    if (top == nullptr) {
+        return tree;
+    }
+    const std::string path = top->Path();
+    const std::size_t above = path.back() == '\\' ? path.size() : path.size() + 1;
+    for (const NodePtr& node : InMemoryDisk::Below(*top)) {
+        tree[node->Path().substr(above) + (node->IsFolder() ? "\\" : "")] = node->content;
+    }
+    return tree;
+}
+
+void InMemoryMachine::Remove(const std::string& path) {
+    const NodePtr node = disk.Locate(path, Follow::no).node;
+    if (node == nullptr) {
+        return;
+    }
+    const std::vector<NodePtr> below = InMemoryDisk::Below(*node);
+    for (auto child = below.rbegin(); child != below.rend(); ++child) {
+        disk.Remove(*child);
+    }
+    disk.Remove(node);
+}
+
+void InMemoryMachine::MakeLink(const std::string& path, const std::string& target, std::uint32_t tag) {
+    const NodePtr node = MakeFolder(disk.Parse(path));
+    if (!node->children.empty() || node->parent == nullptr) {
+        Refuse(path, "cannot become a link");
+    }
+    node->attributes |= attribute::reparsePoint;
+    node->reparseTag = tag;
+    node->linkTarget = target;
+}
+
+void InMemoryMachine::MakeFileLink(const std::string& path, const std::string& target) {
+    const NodePtr node = MakeFile(path);
+    node->attributes |= attribute::reparsePoint;
+    node->reparseTag = reparse::symbolicLink;
+    node->linkTarget = target;
+}
+
+void InMemoryMachine::MakePlaceholder(const std::string& path) {
+    const NodePtr node = Existing(path, Follow::no);
+    node->attributes |= attribute::reparsePoint;
+    node->reparseTag = reparse::cloudFile;
+}
+
+void InMemoryMachine::Lock(const std::string& path, bool locked) {
+    Existing(path, Follow::no)->locked = locked;
+}
+
+void InMemoryMachine::Deny(const std::string& path, bool denied) {
+    Existing(path, Follow::no)->denied = denied;
+}
+
+void InMemoryMachine::SetTime(const std::string& path, FileTime time) {
+    disk.SetWriteTime(*Existing(path, Follow::no), time);
+}
+
+void InMemoryMachine::SetAttributes(const std::string& path, std::uint32_t attributes) {
+    const NodePtr node = Existing(path, Follow::no);
+    constexpr std::uint32_t kept = attribute::directory | attribute::reparsePoint;
+    node->attributes = (node->attributes & kept) | (attributes & ~kept);
+}
+
+void InMemoryMachine::SetAlias(const std::string& path, const std::string& alias) {
+    disk.SetAlias(*Existing(path, Follow::no), alias);
+}
+
+void InMemoryMachine::Restart() {
+    faults.Revive();
+    desktop.Restart();
+    system.Restart();
+}
+
+std::string InMemoryMachine::Leaks() const {
+    std::string leaks;
+    const auto add = [&leaks](int count, const char* what) {
+        leaks += count == 0 ? "" : std::to_string(count) + " " + what + " left open\n";
+    };
+    add(files.OpenSearches(), "searches");
+    add(files.OpenFiles(), "files");
+    add(registry.OpenKeys(), "registry keys");
+    return leaks;
+}
+
+void InMemoryMachine::ExpectNoLeaks() const {
+    if (const std::string leaks = Leaks(); !leaks.empty()) {
+        throw std::logic_error(leaks);
+    }
+}
+
+}  // namespace marlok::test

@@ -1,0 +1,30 @@
+#include "tests/machine/InMemoryProcess.h"
+
+namespace marlok::test {
+
+bool InMemoryProcess::ClaimSingleInstance() {
+    return faults_.Alive() && !otherInstanceRuns_;
+}
+
+SystemError InMemoryProcess::StartHidden(const std::string& programPath) {
+    if (const SystemError code = faults_.Enter("StartHidden", programPath, false); code != error::success) {
+        return code;
+    }
+    const Location location = disk_.Locate(programPath, InMemoryDisk::Follow::yes);
+    if (location.node == nullptr) {
+        return location.error;
+    }
+    if (location.node->IsFolder() || location.node->denied) {
+        return error::accessDenied;
+    }
+    started_.push_back(programPath);
+    return error::success;
+}
+
+void InMemoryProcess::WriteError(const std::string& line) {
+    if (faults_.Alive()) {
+        errorLines_.push_back(line);
+    }
+}
+
+}  // namespace marlok::test

@@ -1,0 +1,148 @@
+#include "tests/machine/InMemoryRegistry.h"
+
+#include <algorithm>
+
+#include "platform/Text.h"
+#include "tests/machine/InMemoryRegistryKey.h"
+#include "tests/machine/PathParts.h"
+
+namespace marlok::test {
+
+RegistryValue* RegistryNode::Find(const std::string& wanted) {
+    const auto found = std::find_if(values.begin(), values.end(),
+                                    [&](const auto& value) { return text::EqualIgnoringCase(value.first, wanted); });
+    return found == values.end() ? nullptr : &found->second;
+}
+
+void RegistryNode::Set(const std::string& valueName, const RegistryValue& value) {
+    if (RegistryValue* existing = Find(valueName)) {
+        *existing = value;
+    } else {
+        values.emplace_back(valueName, value);
+    }
+}
+
+bool RegistryNode::Remove(const std::string& valueName) {
+    return std::erase_if(values, [&](const auto& value) { return text::EqualIgnoringCase(value.first, valueName); }) >
+           0;
+}
+
+SystemError InMemoryRegistry::OpenKey(const std::string& path, std::uint32_t access,
+                                      std::unique_ptr<RegistryKey>& key) {
+    key.reset();
+    if (const SystemError code = faults_.Enter("OpenKey", path, false); code != error::success) {
+        return code;
+    }
+    if (path.find('\0') != std::string::npos) {
+        return error::invalidName;
+    }
+    const std::shared_ptr<RegistryNode> node = Find(path);
+    if (node == nullptr) {
+        return error::fileNotFound;
+    }
+    const bool writes = (access & ~registryaccess::read) != 0;
+    if (node->denied || (node->readOnly && writes)) {
+        return error::accessDenied;
+    }
+    key = std::make_unique<InMemoryRegistryKey>(faults_, openKeys_, path, node, writes);
+    return error::success;
+}
+
+SystemError InMemoryRegistry::CreateKey(const std::string& path, std::unique_ptr<RegistryKey>& key) {
+    key.reset();
+    if (const SystemError code = faults_.Enter("CreateKey", path, true); code != error::success) {
+        return code;
+    }
+    if (path.find('\0') != std::string::npos) {
+        return error::invalidName;
+    }
+    std::shared_ptr<RegistryNode> node = root_;
+    for (const std::string& name : KeyNames(path)) {
+        const auto child = node->keys.find(NameKey(name));
+        if (child == node->keys.end() && (node->denied || node->readOnly)) {
+            return error::accessDenied;
+        }
+        if (child != node->keys.end()) {
+            node = child->second;
+        } else {
+            auto created = std::make_shared<RegistryNode>();
+            created->name = name;
+            node->keys[NameKey(name)] = created;
+            node = created;
+        }
+    }
+    if (node->denied || node->readOnly) {
+        return error::accessDenied;
+    }
+    key = std::make_unique<InMemoryRegistryKey>(faults_, openKeys_, path, node, true);
+    return error::success;
+}
+
+std::shared_ptr<RegistryNode> InMemoryRegistry::Find(const std::string& path) const {
+    std::shared_ptr<RegistryNode> node = root_;
+    for (const std::string& name : KeyNames(path)) {
+        const auto child = node->keys.find(NameKey(name));
+        if (child == node->keys.end()) {
+            return nullptr;
+        }
+        node = child->second;
+    }
+    return node;
+}
+
+std::shared_ptr<RegistryNode> InMemoryRegistry::Make(const std::string& path) {
+    std::shared_ptr<RegistryNode> node = root_;
+    for (const std::string& name : KeyNames(path)) {
+        std::shared_ptr<RegistryNode>& child = node->keys[NameKey(name)];
+        if (child == nullptr) {
+            child = std::make_shared<RegistryNode>();
+            child->name = name;
+        }
+        node = child;
+    }
+    return node;
+}
+
+void InMemoryRegistry::SetString(const std::string& key, const std::string& name, const std::string& text) {
+    SetRaw(key, name, registrytype::string, text + '\0');
+}
+
+void InMemoryRegistry::SetRaw(const std::string& key, const std::string& name, std::uint32_t type,
+                              const std::string& data) {
+    Make(key)->Set(name, {type, data});
+}
+
+void InMemoryRegistry::Allow(const std::string& key) {
+    const std::shared_ptr<RegistryNode> node = Make(key);
+    node->denied = false;
+    node->readOnly = false;
+}
+
+std::map<std::string, std::string> InMemoryRegistry::Values(const std::string& key) const {
+    std::map<std::string, std::string> values;
+    if (const std::shared_ptr<RegistryNode> node = Find(key)) {
+        for (const auto& [name, value] : node->values) {
+            const bool terminated =
+                value.type == registrytype::string && !value.data.empty() && value.data.back() == '\0';
+            values[name] = terminated ? value.data.substr(0, value.data.size() - 1) : value.data;
+        }
+    }
+    return values;
+}
+
+const RegistryValue* InMemoryRegistry::Value(const std::string& key, const std::string& name) const {
+    const std::shared_ptr<RegistryNode> node = Find(key);
+    return node == nullptr ? nullptr : node->Find(name);
+}
+
+std::vector<std::string> InMemoryRegistry::Keys(const std::string& key) const {
+    std::vector<std::string> names;
+    if (const std::shared_ptr<RegistryNode> node = Find(key)) {
+        for (const auto& [folded, child] : node->keys) {
+            names.push_back(child->name);
+        }
+    }
+    return names;
+}
+
+}  // namespace marlok::test

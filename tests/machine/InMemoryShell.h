@@ -1,0 +1,52 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/Shell.h"
+#include "tests/machine/FaultPlan.h"
+#include "tests/machine/InMemoryDisk.h"
+
+namespace marlok::test {
+
+/// The Windows shell on the in-memory disk. Every file or folder that an operation creates or removes is a step of
+/// its own ("Shell.Copy", "Shell.Delete"), so that operations can fail or die half-way, as the real ones do.
+class InMemoryShell : public Shell {
+ public:
+    InMemoryShell(InMemoryDisk& disk, FaultPlan& faults) : disk_(disk), faults_(faults) {}
+
+    [[nodiscard]] int Perform(const ShellFileOperation& operation) override;
+    [[nodiscard]] std::string DesktopFolder() override { return desktopFolder; }
+
+    /// Records the shortcut and writes its file ("Shell.Shortcut").
+    [[nodiscard]] SystemError SaveShortcut(const Shortcut& shortcut) override;
+
+    /// Whether deleting a tree also deletes what folder links in it lead to, as it has been seen on some systems. It
+    /// does unless it is told otherwise: no program may count on better manners.
+    bool followsLinks = true;
+    std::string desktopFolder = R"(C:\Users\User\Desktop)";
+
+    [[nodiscard]] const std::vector<Shortcut>& Shortcuts() const { return shortcuts_; }
+    [[nodiscard]] const std::vector<ShellFileOperation>& Operations() const { return operations_; }
+
+ private:
+    [[nodiscard]] SystemError Expand(const std::string& from, std::vector<NodePtr>& nodes) const;
+    /// `entered` are the folders on the way: a link may lead back to one of them.
+    [[nodiscard]] int Delete(const NodePtr& top, std::set<const Node*>& entered);
+    [[nodiscard]] int DeleteChildren(const Node& folder, std::set<const Node*>& entered);
+    /// The result for a path that the shell cannot name: too long, or with names that Windows alters. 0 for others.
+    [[nodiscard]] int Unreachable(const std::string& path) const;
+    [[nodiscard]] int DeleteOne(const NodePtr& node);
+    [[nodiscard]] int CopyInto(const NodePtr& node, const std::string& target, bool several);
+    [[nodiscard]] int CopyTree(const Node& top, const std::string& target);
+    [[nodiscard]] int CopyOne(const Node& node, const std::string& target);
+    [[nodiscard]] int MakeFolders(const std::string& path);
+
+    InMemoryDisk& disk_;
+    FaultPlan& faults_;
+    std::vector<Shortcut> shortcuts_;
+    std::vector<ShellFileOperation> operations_;
+};
+
+}  // namespace marlok::test

@@ -1,0 +1,71 @@
+"""Fixtures of the end-to-end tests: one Wine machine for all of them, swept clean for each."""
+
+from __future__ import annotations
+
+import os
+import shutil
+import subprocess
+import tempfile
+from pathlib import Path
+
+import pytest
+from harness import PROGRAM, REPO, Machine
+from wine_env import WineEnvironment, end_cleanly_on_signals
+
+DIST = Path(os.environ.get("MARLOK_DIST", REPO / "dist" / "Marlok Backup"))
+TOOL = Path(os.environ.get("MARLOK_E2E_TOOL", REPO / "build" / "windows" / "tests" / "e2e_tool.exe"))
+# The small disk's size in bytes.
+SMALL = 1 << 20
+
+
+def pytest_configure(config: pytest.Config) -> None:
+    config.addinivalue_line("markers", "nightly: takes minutes; run by scripts/test --nightly")
+    end_cleanly_on_signals()
+
+
+@pytest.fixture(scope="session")
+def wine():
+    for needed in (DIST / PROGRAM, TOOL):
+        assert needed.exists(), f"{needed} is not there: scripts/build --all"
+    with WineEnvironment() as environment:
+        yield environment
+
+
+@pytest.fixture(scope="session")
+def work(wine: WineEnvironment):
+    """The folder of the drives: P for programs, D for data, E for backups."""
+    # Beside the prefix: the path stays short, which leaves room for the deep folders.
+    folder = Path(tempfile.mkdtemp(prefix="e", dir=wine.prefix.parent))
+    for letter in "dep":
+        (folder / letter).mkdir()
+        wine.map_drive(letter, folder / letter)
+    yield folder
+    subprocess.run(["chmod", "-R", "u+rwX", str(folder)], check=False, stderr=subprocess.DEVNULL)
+    subprocess.run(["rm", "-rf", str(folder)], check=True)
+
+
+@pytest.fixture
+def machine(wine: WineEnvironment, work: Path, request: pytest.FixtureRequest):
+    name = f"t{request.session.testscollected}-{id(request.node):x}"
+    made = Machine(wine, DIST, TOOL, work, name)
+    yield made
+    left = made.end_what_runs()
+    shutil.rmtree(work / "p" / name)
+    assert not left, f"still running at the end of the test: {left}"
+
+
+@pytest.fixture
+def small_disk(wine: WineEnvironment, work: Path):
+    """Drive F, with room for one megabyte: a file system of that size where mounting is allowed. Yields the folder
+    and the options for `Machine.run` that do the same elsewhere."""
+    folder = work / "f"
+    folder.mkdir()
+    wine.map_drive("f", folder)
+    mounted = subprocess.run(
+        ["mount", "-t", "tmpfs", "-o", f"size={SMALL}", "tmpfs", str(folder)], capture_output=True, check=False)  # fmt: skip
+    options = {} if mounted.returncode == 0 else {"ignore_size_limit": SMALL}
+    yield folder, options
+    if mounted.returncode == 0:
+        subprocess.run(["umount", "-l", str(folder)], check=True)
+    shutil.rmtree(folder)
+    (wine.prefix / "dosdevices" / "f:").unlink()

@@ -1,0 +1,326 @@
+"""The built program on a Wine machine: its folder, its drives, its registry, its runs and what they leave."""
+
+from __future__ import annotations
+
+import hashlib
+import os
+import re
+import resource
+import shutil
+import signal
+import struct
+import subprocess
+import sys
+import time
+from dataclasses import dataclass
+from pathlib import Path
+
+REPO = Path(__file__).resolve().parents[3]
+sys.path.insert(0, str(REPO / "scripts" / "lib"))
+from wine_env import WineEnvironment  # noqa: E402
+
+PROGRAM = "Marlok Backup.exe"
+RUN_LOG = "Backup Log File.txt"
+ERROR_LOG = "Backup Error Log.txt"
+SHORTCUT = "Backup Log File.lnk"
+DELETE_LIST = "DeleteFolder.txt"
+# What a run keeps in a location while it writes there.
+WORKING_FILES = "~Marlok Backup.*"
+
+# A drive letter that leads nowhere.
+MISSING_DRIVE = "N"
+
+_DAYS = "Sunday|Monday|Tuesday|Wednesday|Thursday|Friday|Saturday"
+_MONTHS = "Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec"
+HEADER = re.compile(
+    rf"Total files copied (?:{_DAYS}), (?:{_MONTHS}) [1-9]\d? 20\d\d At (?:0[1-9]|1[0-2]):[0-5]\d [AP]M Was (\d+)"
+)
+
+
+@dataclass
+class Ended:
+    """A program that has ended."""
+
+    code: int
+    output: str
+    errors: str
+    seconds: float
+
+
+@dataclass(frozen=True)
+class Entry:
+    """A file (`content` is its hash) or a folder (both values None), as a tree compares it."""
+
+    content: str | None = None
+    # The last-write time in 100-nanosecond intervals, which is what Windows keeps.
+    written: int | None = None
+
+
+Tree = dict[str, Entry]
+
+
+def file_entry(path: bytes | os.PathLike[str]) -> Entry:
+    digest = hashlib.sha256()
+    with open(path, "rb") as file:
+        while block := file.read(1 << 20):
+            digest.update(block)
+    return Entry(digest.hexdigest(), os.stat(path).st_mtime_ns // 100)
+
+
+def tree_of(folder: Path) -> Tree:
+    """Everything below `folder` by its relative path. A link counts as a folder that is not entered."""
+    tree: Tree = {}
+    for here, folders, files in os.walk(folder):
+        for name in folders:
+            tree[os.path.relpath(os.path.join(here, name), folder)] = Entry()
+        for name in files:
+            path = os.path.join(here, name)
+            tree[os.path.relpath(path, folder)] = file_entry(path)
+    return tree
+
+
+def write(path: Path, content: str | bytes, hours_ago: float = 24) -> Path:
+    """Writes a file, and the folders to it, as it would have been written so long ago."""
+    path.parent.mkdir(parents=True, exist_ok=True)
+    path.write_bytes(content if isinstance(content, bytes) else content.encode())
+    moment = time.time_ns() - int(hours_ago * 3600e9)
+    os.utime(path, ns=(moment, moment))
+    return path
+
+
+def same_time(path: Path, other: Path) -> None:
+    """Gives `path` the last-write time of `other`."""
+    moment = other.stat().st_mtime_ns
+    os.utime(path, ns=(moment, moment))
+
+
+@dataclass
+class Link:
+    """A shortcut file, read by its published layout."""
+
+    target: str = ""
+    description: str = ""
+    working_folder: str = ""
+    icon: str = ""
+    icon_index: int = 0
+    show: int = 0
+
+
+def read_link(path: Path) -> Link:
+    data = path.read_bytes()
+    size, flags = struct.unpack_from("<I16xI", data)
+    assert size == 0x4C, "no shortcut header"
+    link = Link(icon_index=struct.unpack_from("<i", data, 56)[0], show=struct.unpack_from("<I", data, 60)[0])
+    at = size
+    if flags & 0x01:  # the target as a list of shell items
+        at += 2 + struct.unpack_from("<H", data, at)[0]
+    if flags & 0x02:  # the target as a path
+        length, header, _, _, base = struct.unpack_from("<5I", data, at)
+        if header >= 0x24:
+            base = struct.unpack_from("<I", data, at + 28)[0]
+            text = data[at + base : at + length].decode("utf-16-le", "replace").split("\0")[0]
+        else:
+            text = data[at + base : at + length].split(b"\0")[0].decode("cp1252")
+        link.target = text
+        at += length
+    strings = []
+    for bit in (0x04, 0x08, 0x10, 0x20, 0x40):  # description, relative path, working folder, arguments, icon
+        text = ""
+        if flags & bit:
+            characters = struct.unpack_from("<H", data, at)[0]
+            width = 2 if flags & 0x80 else 1
+            raw = data[at + 2 : at + 2 + characters * width]
+            text = raw.decode("utf-16-le" if width == 2 else "cp1252")
+            at += 2 + characters * width
+        strings.append(text)
+    link.description, _, link.working_folder, _, link.icon = strings
+    return link
+
+
+class Machine:
+    """One test's machine: the program in a folder of its own, empty drives D (data) and E (backups), an empty
+    configuration and an empty desktop."""
+
+    def __init__(self, wine: WineEnvironment, dist: Path, tool: Path, work: Path, name: str) -> None:
+        self._wine = wine
+        self._tool = tool
+        self._work = work
+        self._started: list[subprocess.Popen[str]] = []
+        self.d = self._empty(work / "d")
+        self.e = self._empty(work / "e")
+        # Blanks in it, as where programs are kept.
+        self.windows_folder = rf"P:\{name}\Marlok Backup"
+        self.folder = work / "p" / name / "Marlok Backup"
+        shutil.copytree(dist, self.folder)
+        self.desktop = self._empty(wine.desktop_folder())
+        self.configure({})
+
+    @staticmethod
+    def _empty(folder: Path) -> Path:
+        if folder.exists():
+            # rm goes deeper than shutil does; its own limit is the memory.
+            subprocess.run(["chmod", "-R", "u+rwX", str(folder)], check=True, stderr=subprocess.DEVNULL)
+            subprocess.run(["find", str(folder), "-mindepth", "1", "-delete"], check=True)
+        folder.mkdir(parents=True, exist_ok=True)
+        return folder
+
+    # ---- configuration ----
+
+    def configure(self, locations: dict[str, list[str]]) -> None:
+        """Replaces the configuration: sources by location, in this order. Locations of the same name share a list."""
+        root = r"HKEY_CURRENT_USER\Software\Marlok Software"
+        keys = {"Target": {f"TargetPath{n}": path for n, path in enumerate(locations, 2)}}
+        for location, sources in locations.items():
+            values = {f"SourcePath{n}": path for n, path in enumerate(sources, 2)}
+            # The location's path without its drive root.
+            keys.setdefault(location[3:], {}).update(values)
+        lines = ["Windows Registry Editor Version 5.00", "", f"[-{root}]", ""]
+        for key, values in keys.items():
+            if values:
+                lines.append(rf"[{root}\Fenwold\{key}]")
+                lines += [f'"{name}"="{data}"'.replace("\\", "\\\\") for name, data in values.items()]
+                lines.append("")
+        file = self._work / "seed.reg"
+        file.write_bytes(b"\xff\xfe" + "\r\n".join(lines + [""]).encode("utf-16-le"))
+        done = self._wine.run(["reg", "import", "Z:" + str(file).replace("/", "\\")])
+        assert done.returncode == 0, done.stdout + done.stderr
+
+    def registry_values(self, section: str) -> dict[str, str]:
+        """The text values of a section as the system's own tool tells them."""
+        done = self._wine.run(["reg", "query", rf"HKCU\Software\Marlok Software\Fenwold\{section}"])
+        values = {}
+        for line in done.stdout.splitlines():
+            match = re.match(r"\s+(.+?)\s+REG_SZ\s+(.*)", line)
+            if match:
+                values[match[1]] = match[2].rstrip()
+        return values
+
+    # ---- running ----
+
+    def start(self, *arguments: str, ignore_size_limit: int | None = None) -> subprocess.Popen[str]:
+        """Starts the program from a folder that is not its own. With `ignore_size_limit`, no file it writes can grow
+        past so many bytes: writing further fails with an error, as on a full disk."""
+
+        def limit() -> None:
+            if ignore_size_limit is not None:
+                signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+                resource.setrlimit(resource.RLIMIT_FSIZE, (ignore_size_limit, ignore_size_limit))
+
+        process = subprocess.Popen(
+            self._wine.command(self.windows_folder + "\\" + PROGRAM, *arguments),
+            env=self._wine.env,
+            cwd=self._work,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            encoding="utf-8",
+            errors="replace",
+            preexec_fn=limit,
+            restore_signals=False,
+        )
+        self._started.append(process)
+        return process
+
+    def wait(self, process: subprocess.Popen[str], timeout: float = 30) -> Ended:
+        """Waits for a started program. One that does not end fails the test, with the windows it shows."""
+        began = time.monotonic()
+        try:
+            output, errors = process.communicate(timeout=timeout)
+        except subprocess.TimeoutExpired:
+            windows = self.tool("windows").output.splitlines()
+            process.kill()
+            process.communicate()
+            raise AssertionError(f"did not end within {timeout} seconds; windows: {windows}") from None
+        return Ended(process.returncode, output, errors, time.monotonic() - began)
+
+    def run(self, *arguments: str, timeout: float = 60, **options: int) -> Ended:
+        return self.wait(self.start(*arguments, **options), timeout)
+
+    def tool(self, *arguments: str, timeout: float = 30) -> Ended:
+        began = time.monotonic()
+        done = self._wine.run([str(self._tool), *arguments], timeout=timeout)
+        return Ended(done.returncode, done.stdout, done.stderr, time.monotonic() - began)
+
+    def hold(self, windows_path: str) -> subprocess.Popen[str]:
+        """Another program that keeps a file open for itself alone, until `release`."""
+        process = subprocess.Popen(
+            self._wine.command(self._tool, "hold", windows_path),
+            env=self._wine.env,
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            encoding="utf-8",
+        )
+        self._started.append(process)
+        assert process.stdout is not None
+        assert process.stdout.readline().strip() == "held"
+        return process
+
+    @staticmethod
+    def release(process: subprocess.Popen[str]) -> None:
+        process.communicate(timeout=20)
+        assert process.returncode == 0
+
+    def attributes(self, windows_path: str, word: int | None = None) -> int:
+        """The attribute word of a file as Windows programs see it, set to `word` first when there is one."""
+        done = self.tool("attributes", windows_path, *([] if word is None else [str(word)]))
+        assert done.code == 0, done.errors
+        return int(done.output)
+
+    def end_what_runs(self) -> list[str]:
+        """Ends programs that a test left running and says which."""
+        left = []
+        for process in self._started:
+            if process.poll() is None:
+                left.append(" ".join(process.args))
+                process.kill()
+            process.communicate()
+        return left
+
+    # ---- what a run leaves ----
+
+    def log_lines(self, name: str = RUN_LOG) -> list[str]:
+        """The lines of a text file beside the program; each is ended by a carriage return and line feed."""
+        data = (self.folder / name).read_bytes()
+        assert data.endswith(b"\r\n"), data[-80:]
+        lines = data[:-2].split(b"\r\n")
+        assert not any(b"\r" in line or b"\n" in line for line in lines)
+        return [line.decode("utf-8") for line in lines]
+
+    def copied(self) -> list[str]:
+        """The saved copies that the run log names. Checks the log's form on the way."""
+        lines = self.log_lines()
+        match = HEADER.fullmatch(lines[0])
+        assert match, lines[0]
+        if match[1] == "0":
+            assert len(lines) == 1, lines
+            return []
+        assert lines[1] == ""
+        assert int(match[1]) == len(lines) - 2
+        return lines[2:]
+
+    def errors(self) -> list[str]:
+        """The lines of the error log; none when there is no such file."""
+        return self.log_lines(ERROR_LOG) if (self.folder / ERROR_LOG).exists() else []
+
+    def listed(self, location_name: str) -> list[str]:
+        """The originals that the list of a location names."""
+        file = self.folder / (location_name.replace("\\", "/") + ".txt")
+        return [] if file.read_bytes() == b"" else self.log_lines(str(file.relative_to(self.folder)))
+
+
+def working_files_in(folder: Path) -> list[Path]:
+    return sorted(folder.rglob(WORKING_FILES))
+
+
+def without_working_files(tree: Tree) -> Tree:
+    return {path: entry for path, entry in tree.items() if not Path(path).match(WORKING_FILES)}
+
+
+def wait_until(condition, seconds: float = 20) -> bool:
+    """Polls until the condition holds; False when it does not within that time."""
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        if condition():
+            return True
+        time.sleep(0.005)
+    return bool(condition())
