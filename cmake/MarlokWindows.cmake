@@ -24,12 +24,14 @@ add_executable(marlok_backup WIN32 app/EntryPoint.cpp resources/program.rc)
 set_target_properties(marlok_backup PROPERTIES OUTPUT_NAME "Marlok Backup")
 target_include_directories(marlok_backup PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/resources")
 target_link_libraries(marlok_backup PRIVATE marlok_win32)
+# Folder trees are deleted folder by folder, inmost first; the deepest that a path can name is 16,000 folders deep.
+target_link_options(marlok_backup PRIVATE -Wl,--stack,33554432)
 marlok_warnings(marlok_backup)
 
 add_executable(marlok_restart WIN32 restart/Restart.cpp resources/restart.rc)
 set_target_properties(marlok_restart PROPERTIES OUTPUT_NAME "Restart")
 target_compile_definitions(marlok_restart PRIVATE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
-target_include_directories(marlok_restart PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/resources")
+target_include_directories(marlok_restart PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}/resources")
 marlok_warnings(marlok_restart)
 
 # Debug symbols lie beside each program, not in it.
@@ -38,7 +40,7 @@ foreach(target marlok_backup marlok_restart)
     TARGET ${target}
     POST_BUILD
     COMMAND ${CMAKE_OBJCOPY} --only-keep-debug "$<TARGET_FILE:${target}>" "$<TARGET_FILE:${target}>.debug"
-    COMMAND ${CMAKE_OBJCOPY} --strip-debug --add-gnu-debuglink="$<TARGET_FILE:${target}>.debug"
+    COMMAND ${CMAKE_OBJCOPY} --strip-debug "--add-gnu-debuglink=$<TARGET_FILE:${target}>.debug"
             "$<TARGET_FILE:${target}>"
     VERBATIM)
 endforeach()

@@ -9,7 +9,7 @@ namespace marlok::test {
 
 /// A machine that the contract suite runs on: the in-memory one on the host, the real one under Windows.
 class ContractMachine {
-   public:
+ public:
     virtual ~ContractMachine() = default;
 
     virtual Machine& machine() = 0;

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import itertools
 import os
 import shutil
 import subprocess
@@ -16,6 +17,8 @@ DIST = Path(os.environ.get("MARLOK_DIST", REPO / "dist" / "Marlok Backup"))
 TOOL = Path(os.environ.get("MARLOK_E2E_TOOL", REPO / "build" / "windows" / "tests" / "e2e_tool.exe"))
 # The small disk's size in bytes.
 SMALL = 1 << 20
+
+_numbers = itertools.count(1)
 
 
 def pytest_configure(config: pytest.Config) -> None:
@@ -45,8 +48,8 @@ def work(wine: WineEnvironment):
 
 
 @pytest.fixture
-def machine(wine: WineEnvironment, work: Path, request: pytest.FixtureRequest):
-    name = f"t{request.session.testscollected}-{id(request.node):x}"
+def machine(wine: WineEnvironment, work: Path):
+    name = f"t{next(_numbers)}"
     made = Machine(wine, DIST, TOOL, work, name)
     yield made
     left = made.end_what_runs()

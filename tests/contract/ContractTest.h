@@ -1,0 +1,45 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <set>
+#include <string>
+
+#include "tests/contract/ContractMachine.h"
+
+namespace marlok::test {
+
+/// A test of what every machine must hold to, with a folder of its own and the calls that most tests need.
+class ContractTest : public ::testing::Test {
+ protected:
+    /// The path of something in the scratch folder.
+    [[nodiscard]] std::string In(const std::string& name) const { return scratch + "\\" + name; }
+
+    /// Writes a file anew.
+    void Put(const std::string& path, const std::string& content);
+
+    /// The content of a file; the test fails when it cannot be read.
+    [[nodiscard]] std::string Content(const std::string& path);
+
+    /// The names that a listing of `pattern` returns; empty when it fails.
+    [[nodiscard]] std::set<std::string> Names(const std::string& pattern);
+
+    /// As Names, without "." and "..".
+    [[nodiscard]] std::set<std::string> NamesWithoutDots(const std::string& pattern);
+
+    [[nodiscard]] bool Exists(const std::string& path);
+
+    /// The entry of an existing path; the test fails when there is none.
+    [[nodiscard]] DirectoryEntry EntryOf(const std::string& path);
+
+    /// Lets the machine's time go on for at least that long.
+    void LetTimePass(std::uint32_t milliseconds);
+
+    std::unique_ptr<ContractMachine> contract = MakeContractMachine();
+    Machine& machine = contract->machine();
+    FileSystem& files = machine.files;
+    std::string scratch = contract->ScratchFolder();
+};
+
+}  // namespace marlok::test

@@ -1,0 +1,148 @@
+#include <stdexcept>
+#include <vector>
+
+#include "tests/contract/ContractTest.h"
+
+namespace marlok::test {
+namespace {
+
+class FileCopyContract : public ContractTest {
+ protected:
+    /// Copies and returns everything the progress routine was told.
+    std::vector<CopyProgressInfo> CopyTelling(const std::string& from, const std::string& to) {
+        std::vector<CopyProgressInfo> told;
+        EXPECT_EQ(files.Copy(from, to, copyflag::restartable, [&](const CopyProgressInfo& i) { told.push_back(i); }),
+                  error::success);
+        return told;
+    }
+};
+
+TEST_F(FileCopyContract, ContentArrivesWhole) {
+    std::string content;
+    for (int i = 0; i < 50000; ++i) {
+        content += std::to_string(i);
+    }
+    Put(In("from"), content);
+    ASSERT_EQ(files.Copy(In("from"), In("to"), copyflag::none, {}), error::success);
+    EXPECT_EQ(Content(In("to")), content);
+    EXPECT_EQ(Content(In("from")), content);
+}
+
+TEST_F(FileCopyContract, TheWriteTimeGoesWithTheFile) {
+    Put(In("from"), "x");
+    LetTimePass(60);
+    ASSERT_EQ(files.Copy(In("from"), In("to"), copyflag::none, {}), error::success);
+    EXPECT_EQ(EntryOf(In("to")).lastWriteTime, EntryOf(In("from")).lastWriteTime);
+}
+
+TEST_F(FileCopyContract, TheWriteTimeGoesWithTheFileWhenItReplacesAnother) {
+    Put(In("from"), "x");
+    LetTimePass(60);
+    Put(In("to"), "y");
+    ASSERT_EQ(files.Copy(In("from"), In("to"), copyflag::restartable, [](const CopyProgressInfo&) {}), error::success);
+    EXPECT_EQ(EntryOf(In("to")).lastWriteTime, EntryOf(In("from")).lastWriteTime);
+}
+
+TEST_F(FileCopyContract, AttributesGoWithTheFile) {
+    Put(In("from"), "x");
+    ASSERT_EQ(files.SetAttributes(In("from"), attribute::readOnly), error::success);
+    ASSERT_EQ(files.Copy(In("from"), In("to"), copyflag::none, {}), error::success);
+    EXPECT_NE(EntryOf(In("to")).attributes & attribute::readOnly, 0U);
+    ASSERT_EQ(files.SetAttributes(In("from"), attribute::normal), error::success);
+    ASSERT_EQ(files.SetAttributes(In("to"), attribute::normal), error::success);
+}
+
+TEST_F(FileCopyContract, AnExistingFileIsOverwritten) {
+    Put(In("from"), "short");
+    Put(In("to"), "something longer");
+    ASSERT_EQ(files.Copy(In("from"), In("to"), copyflag::none, {}), error::success);
+    EXPECT_EQ(Content(In("to")), "short");
+}
+
+TEST_F(FileCopyContract, AnExistingFileIsKeptWhenAsked) {
+    Put(In("from"), "new");
+    Put(In("to"), "old");
+    EXPECT_EQ(files.Copy(In("from"), In("to"), copyflag::failIfExists, {}), error::fileExists);
+    EXPECT_EQ(Content(In("to")), "old");
+}
+
+TEST_F(FileCopyContract, AReadOnlyFileIsNotOverwritten) {
+    Put(In("from"), "new");
+    Put(In("to"), "old");
+    ASSERT_EQ(files.SetAttributes(In("to"), attribute::readOnly), error::success);
+    EXPECT_EQ(files.Copy(In("from"), In("to"), copyflag::none, {}), error::accessDenied);
+    ASSERT_EQ(files.SetAttributes(In("to"), attribute::normal), error::success);
+    EXPECT_EQ(Content(In("to")), "old");
+}
+
+TEST_F(FileCopyContract, AMissingSourceIsFileNotFoundAndLeavesTheTargetAlone) {
+    Put(In("to"), "old");
+    EXPECT_EQ(files.Copy(In("absent"), In("to"), copyflag::none, {}), error::fileNotFound);
+    EXPECT_EQ(Content(In("to")), "old");
+    EXPECT_EQ(files.Copy(In("absent"), In("new"), copyflag::none, {}), error::fileNotFound);
+    EXPECT_FALSE(Exists(In("new")));
+}
+
+TEST_F(FileCopyContract, AMissingFolderOnEitherSideIsPathNotFound) {
+    Put(In("from"), "x");
+    EXPECT_EQ(files.Copy(In("absent\\from"), In("to"), copyflag::none, {}), error::pathNotFound);
+    EXPECT_EQ(files.Copy(In("from"), In("absent\\to"), copyflag::none, {}), error::pathNotFound);
+}
+
+TEST_F(FileCopyContract, AFolderIsNoSource) {
+    ASSERT_EQ(files.CreateFolder(In("Sub")), error::success);
+    EXPECT_NE(files.Copy(In("Sub"), In("to"), copyflag::none, {}), error::success);
+    EXPECT_FALSE(Exists(In("to")));
+}
+
+TEST_F(FileCopyContract, AFolderIsNoTarget) {
+    Put(In("from"), "x");
+    ASSERT_EQ(files.CreateFolder(In("Sub")), error::success);
+    EXPECT_NE(files.Copy(In("from"), In("Sub"), copyflag::none, {}), error::success);
+    EXPECT_EQ(NamesWithoutDots(In("Sub\\*")), std::set<std::string>{});
+}
+
+TEST_F(FileCopyContract, ProgressStartsWithTheStreamAndGrowsUpToTheSize) {
+    const std::string content(300000, 'x');
+    Put(In("from"), content);
+    const std::vector<CopyProgressInfo> told = CopyTelling(In("from"), In("to"));
+    ASSERT_GE(told.size(), 2U);
+    EXPECT_EQ(told.front().reason, CopyProgressInfo::Reason::streamSwitch);
+    EXPECT_EQ(told.front().totalTransferred, 0U);
+    EXPECT_EQ(told.back().totalTransferred, content.size());
+    for (std::size_t i = 1; i < told.size(); ++i) {
+        EXPECT_EQ(told[i].reason, CopyProgressInfo::Reason::chunkFinished);
+        EXPECT_EQ(told[i].totalFileSize, content.size());
+        EXPECT_GE(told[i].totalTransferred, told[i - 1].totalTransferred);
+    }
+}
+
+TEST_F(FileCopyContract, ProgressOfAnEmptyFileStartsWithTheStream) {
+    Put(In("from"), "");
+    const std::vector<CopyProgressInfo> told = CopyTelling(In("from"), In("to"));
+    ASSERT_GE(told.size(), 1U);
+    EXPECT_EQ(told.front().reason, CopyProgressInfo::Reason::streamSwitch);
+    for (const CopyProgressInfo& info : told) {
+        EXPECT_EQ(info.totalFileSize, 0U);
+        EXPECT_EQ(info.totalTransferred, 0U);
+    }
+    EXPECT_EQ(EntryOf(In("to")).size, 0U);
+}
+
+TEST_F(FileCopyContract, WhatTheProgressRoutineThrowsReachesTheCaller) {
+    Put(In("from"), std::string(1000, 'x'));
+    EXPECT_THROW(static_cast<void>(files.Copy(In("from"), In("to"), copyflag::none,
+                                              [](const CopyProgressInfo&) { throw std::runtime_error("stop"); })),
+                 std::runtime_error);
+}
+
+TEST_F(FileCopyContract, AZeroCharacterIsRefusedOnEitherSide) {
+    Put(In("a"), "x");
+    const std::string cut = In(std::string("a\0b", 3));
+    EXPECT_EQ(files.Copy(cut, In("to"), copyflag::none, {}), error::invalidName);
+    EXPECT_EQ(files.Copy(In("a"), cut, copyflag::none, {}), error::invalidName);
+    EXPECT_EQ(NamesWithoutDots(In("*")), std::set<std::string>{"a"});
+}
+
+}  // namespace
+}  // namespace marlok::test

@@ -1,0 +1,149 @@
+#include "tests/contract/ContractTest.h"
+
+namespace marlok::test {
+namespace {
+
+using Names_t = std::set<std::string>;
+
+class FileMoveContract : public ContractTest {};
+
+TEST_F(FileMoveContract, AFileIsRenamed) {
+    Put(In("old"), "x");
+    ASSERT_EQ(files.Move(In("old"), In("new"), false), error::success);
+    EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{"new"});
+    EXPECT_EQ(Content(In("new")), "x");
+}
+
+TEST_F(FileMoveContract, AFileMovesToAnotherFolderWithItsTime) {
+    ASSERT_EQ(files.CreateFolder(In("Sub")), error::success);
+    Put(In("a"), "x");
+    const FileTime time = EntryOf(In("a")).lastWriteTime;
+    LetTimePass(60);
+    ASSERT_EQ(files.Move(In("a"), In("Sub\\b"), false), error::success);
+    EXPECT_EQ(EntryOf(In("Sub\\b")).lastWriteTime, time);
+    EXPECT_FALSE(Exists(In("a")));
+}
+
+TEST_F(FileMoveContract, AnExistingFileStaysUnlessReplacingIsAsked) {
+    Put(In("a"), "a");
+    Put(In("b"), "b");
+    EXPECT_EQ(files.Move(In("a"), In("b"), false), error::alreadyExists);
+    EXPECT_EQ(Content(In("b")), "b");
+    EXPECT_EQ(Content(In("a")), "a");
+}
+
+TEST_F(FileMoveContract, AnExistingFileIsReplacedWhenAsked) {
+    Put(In("a"), "a");
+    Put(In("b"), "b");
+    ASSERT_EQ(files.Move(In("a"), In("b"), true), error::success);
+    EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{"b"});
+    EXPECT_EQ(Content(In("b")), "a");
+}
+
+TEST_F(FileMoveContract, ReplacingWhatIsNotThereIsARename) {
+    Put(In("a"), "a");
+    ASSERT_EQ(files.Move(In("a"), In("b"), true), error::success);
+    EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{"b"});
+}
+
+TEST_F(FileMoveContract, AReadOnlyFileIsNotReplaced) {
+    Put(In("a"), "a");
+    Put(In("b"), "b");
+    ASSERT_EQ(files.SetAttributes(In("b"), attribute::readOnly), error::success);
+    EXPECT_EQ(files.Move(In("a"), In("b"), true), error::accessDenied);
+    ASSERT_EQ(files.SetAttributes(In("b"), attribute::normal), error::success);
+    EXPECT_EQ(Content(In("b")), "b");
+    EXPECT_EQ(Content(In("a")), "a");
+}
+
+TEST_F(FileMoveContract, AFolderIsNotReplacedByAFile) {
+    Put(In("a"), "a");
+    ASSERT_EQ(files.CreateFolder(In("Sub")), error::success);
+    EXPECT_NE(files.Move(In("a"), In("Sub"), true), error::success);
+    EXPECT_TRUE(EntryOf(In("Sub")).IsFolder());
+    EXPECT_EQ(Content(In("a")), "a");
+}
+
+TEST_F(FileMoveContract, AFolderMovesWithEverythingInIt) {
+    ASSERT_EQ(files.CreateFolder(In("A")), error::success);
+    Put(In("A\\x"), "x");
+    ASSERT_EQ(files.Move(In("A"), In("B"), false), error::success);
+    EXPECT_EQ(Content(In("B\\x")), "x");
+    EXPECT_FALSE(Exists(In("A")));
+}
+
+TEST_F(FileMoveContract, TheCaseOfANameCanBeChanged) {
+    Put(In("name"), "x");
+    ASSERT_EQ(files.Move(In("name"), In("NAME"), false), error::success);
+    EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{"NAME"});
+}
+
+TEST_F(FileMoveContract, AMissingFileIsFileNotFound) {
+    EXPECT_EQ(files.Move(In("absent"), In("b"), true), error::fileNotFound);
+}
+
+TEST_F(FileMoveContract, AMissingTargetFolderIsPathNotFound) {
+    Put(In("a"), "a");
+    EXPECT_EQ(files.Move(In("a"), In("absent\\b"), true), error::pathNotFound);
+    EXPECT_EQ(Content(In("a")), "a");
+}
+
+class FileDeleteContract : public ContractTest {};
+
+TEST_F(FileDeleteContract, AFileIsDeleted) {
+    Put(In("a"), "a");
+    EXPECT_EQ(files.Delete(In("A")), error::success);
+    EXPECT_FALSE(Exists(In("a")));
+}
+
+TEST_F(FileDeleteContract, AMissingFileIsFileNotFound) {
+    EXPECT_EQ(files.Delete(In("absent")), error::fileNotFound);
+    EXPECT_EQ(files.Delete(In("absent\\a")), error::pathNotFound);
+}
+
+TEST_F(FileDeleteContract, AReadOnlyFileIsDenied) {
+    Put(In("a"), "a");
+    ASSERT_EQ(files.SetAttributes(In("a"), attribute::readOnly), error::success);
+    EXPECT_EQ(files.Delete(In("a")), error::accessDenied);
+    ASSERT_EQ(files.SetAttributes(In("a"), attribute::normal), error::success);
+    EXPECT_EQ(files.Delete(In("a")), error::success);
+}
+
+TEST_F(FileDeleteContract, AFolderIsDenied) {
+    ASSERT_EQ(files.CreateFolder(In("Sub")), error::success);
+    EXPECT_EQ(files.Delete(In("Sub")), error::accessDenied);
+    EXPECT_TRUE(Exists(In("Sub")));
+}
+
+TEST_F(FileDeleteContract, AWildcardDeletesNothing) {
+    Put(In("a"), "a");
+    EXPECT_NE(files.Delete(In("*")), error::success);
+    EXPECT_TRUE(Exists(In("a")));
+}
+
+TEST_F(FileDeleteContract, AnEmptyFolderIsRemoved) {
+    ASSERT_EQ(files.CreateFolder(In("Sub")), error::success);
+    EXPECT_EQ(files.RemoveFolder(In("Sub")), error::success);
+    EXPECT_FALSE(Exists(In("Sub")));
+}
+
+TEST_F(FileDeleteContract, AFolderThatHoldsSomethingIsNotRemoved) {
+    ASSERT_EQ(files.CreateFolder(In("Sub")), error::success);
+    Put(In("Sub\\a"), "a");
+    EXPECT_EQ(files.RemoveFolder(In("Sub")), error::directoryNotEmpty);
+    EXPECT_EQ(Content(In("Sub\\a")), "a");
+}
+
+TEST_F(FileDeleteContract, AFileIsNoFolderToRemove) {
+    Put(In("a"), "a");
+    EXPECT_EQ(files.RemoveFolder(In("a")), error::invalidFolderName);
+    EXPECT_TRUE(Exists(In("a")));
+}
+
+TEST_F(FileDeleteContract, AMissingFolderIsFileNotFound) {
+    EXPECT_EQ(files.RemoveFolder(In("absent")), error::fileNotFound);
+    EXPECT_EQ(files.RemoveFolder(In("absent\\deeper")), error::pathNotFound);
+}
+
+}  // namespace
+}  // namespace marlok::test

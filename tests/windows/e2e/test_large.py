@@ -1,0 +1,62 @@
+"""Many files, and big ones."""
+
+from __future__ import annotations
+
+import os
+
+import pytest
+from harness import Machine, tree_of, working_files_in, write
+
+DAILY = r"E:\Daily"
+
+
+def seed_files(machine: Machine, count: int, folders: int) -> None:
+    moment = 1_700_000_000 * 10**9
+    for folder in range(folders):
+        (machine.d / "Data" / f"f{folder}").mkdir(parents=True, exist_ok=True)
+    for number in range(count):
+        path = machine.d / "Data" / f"f{number % folders}" / f"{number}.txt"
+        path.write_bytes(b"%d\n" % number)
+        os.utime(path, ns=(moment, moment))
+
+
+def save_and_check(machine: Machine, count: int, timeout: float) -> None:
+    machine.configure({DAILY: [r"D:\Data"]})
+
+    ended = machine.run("C", timeout=timeout)
+
+    assert ended.code == 0, machine.errors()[:5]
+    assert len(machine.copied()) == count
+    assert len(set(machine.listed("Daily"))) == count
+    assert tree_of(machine.e / "Daily") == tree_of(machine.d)
+    assert working_files_in(machine.e) == []
+    assert machine.run("C", timeout=timeout).code == 0
+    assert machine.copied() == []
+
+
+def test_more_files_in_one_folder_than_a_16_bit_counter_holds(machine: Machine) -> None:
+    count = 33_000
+    seed_files(machine, count, 1)
+    save_and_check(machine, count, 240)
+
+
+def test_a_deep_and_wide_tree_of_folders(machine: Machine) -> None:
+    for number in range(600):
+        write(machine.d / "Data" / f"a{number % 6}" / f"b{number % 30}" / f"c{number}" / "x.txt", str(number))
+    save_and_check(machine, 600, 120)
+
+
+@pytest.mark.nightly
+def test_a_hundred_thousand_files(machine: Machine) -> None:
+    seed_files(machine, 100_000, 200)
+    save_and_check(machine, 100_000, 1200)
+
+
+@pytest.mark.nightly
+def test_a_file_over_four_gigabytes(machine: Machine) -> None:
+    big = write(machine.d / "Data" / "big.img", b"begin")
+    with big.open("r+b") as file:
+        file.seek(4 * 1024**3 + 123)
+        file.write(b"end")
+    os.utime(big, (1_700_000_000, 1_700_000_000))
+    save_and_check(machine, 1, 1200)
