@@ -67,6 +67,7 @@ void BackupRun::TryLocation(const std::string& location) {
             return window_.CopyFile(source, destination, flags);
         },
         report_, places_, location);
+    loop.UseListing(listed_);
     ClearKilledRun(location);
     if (PrepareFolder(location)) {
         window_.ShowStatus("Copying " + LocationName(location) + " Files");
@@ -168,6 +169,7 @@ void BackupRun::TrySource(CopyLoop& loop, const std::string& location, const std
         report_.Add(source, AsReason(error));
     }
     controls_.List1.Clear();
+    listed_.Clear();
     // Two sources may overlap: each has the tree to itself, so that no folder meets its own key.
     TreeView1_.Clear();
 }
@@ -196,7 +198,8 @@ void BackupRun::ScanFolders(const std::string& location, const std::string& sour
                     program_.gNodesSorted,
                     program_.gNodesExpanded,
                     ResolvedPath(program_.machine.files, location),
-                    {}};
+                    {},
+                    &listed_};
     AddChildFolders(scan, TreeView1_, root, &controls_.List1);
     for (const std::string& folder : scan.missed) {
         report_.Add(folder, notScanned);

@@ -60,6 +60,7 @@ class BackupRun {
     RunWindow& window_;
     RunReport report_;
     SavePlaces places_;
+    ListedFolders listed_;
     int folderCount_ = 0;
 };
 

@@ -109,20 +109,41 @@ void CopyLoop::BackupFolderEntry() {
     const std::string target = AddBackslash(controls_.Text2.Text.Get());
     controls_.Text1.Text = source;
     controls_.Text2.Text = target;
-    std::unique_ptr<FolderSearch> search;
-    DirectoryEntry first;
-    SystemError code = files_.FindFirst(source + "*.*", search, first);
-    if (code != error::success) {
-        ReportUnlisted(WithoutBackslash(source), code);
-        return;
+    std::vector<DirectoryEntry> entries;
+    const SystemError listed = ListFiles(source, entries);
+    if (listed != error::noMoreFiles) {
+        ReportUnlisted(WithoutBackslash(source), listed);
+        // A listing that broke off is worked through as far as it came.
+        if (entries.empty()) {
+            return;
+        }
     }
     SavedFolder saved;
-    code = MakeTargetFolders(target, saved);
-    if (code != error::success) {
-        Fail(WithoutBackslash(source), code);
+    const SystemError made = MakeTargetFolders(target, saved);
+    if (made != error::success) {
+        Fail(WithoutBackslash(source), made);
         return;
     }
-    BackupFolderFiles(*search, std::move(first), saved);
+    BackupFolderFiles(entries, saved);
+}
+
+/// The files directly in `folder`. `error::noMoreFiles` when the listing is complete, else why it is not.
+SystemError CopyLoop::ListFiles(const std::string& folder, std::vector<DirectoryEntry>& entries) {
+    if (auto kept = listed_ == nullptr ? std::nullopt : listed_->Take(folder)) {
+        entries = std::move(*kept);
+        return error::noMoreFiles;
+    }
+    std::unique_ptr<FolderSearch> search;
+    DirectoryEntry entry;
+    SystemError code = files_.FindFirst(folder + "*.*", search, entry);
+    while (code == error::success) {
+        if (!entry.IsFolder()) {
+            entries.push_back(std::move(entry));
+        }
+        entry = DirectoryEntry();
+        code = search->Next(entry);
+    }
+    return code;
 }
 
 void CopyLoop::ReportUnlisted(const std::string& source, SystemError code) {
@@ -173,19 +194,12 @@ void CopyLoop::BackupThisFile(const DirectoryEntry& entry, const std::string& so
     CopyAll(chosen);
 }
 
-void CopyLoop::BackupFolderFiles(FolderSearch& search, DirectoryEntry entry, const SavedFolder& saved) {
+void CopyLoop::BackupFolderFiles(const std::vector<DirectoryEntry>& entries, const SavedFolder& saved) {
     const std::string source = controls_.Text1.Text;
     const std::string target = controls_.Text2.Text;
     std::vector<Chosen> chosen;
-    SystemError code = error::success;
-    while (code == error::success) {
-        if (!entry.IsFolder()) {
-            Choose(entry, source + entry.name, target + entry.name, saved.Find(entry.name), chosen);
-        }
-        code = search.Next(entry);
-    }
-    if (code != error::noMoreFiles) {
-        Fail(WithoutBackslash(source), code);
+    for (const DirectoryEntry& entry : entries) {
+        Choose(entry, source + entry.name, target + entry.name, saved.Find(entry.name), chosen);
     }
     CopyAll(chosen);
 }

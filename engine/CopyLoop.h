@@ -9,6 +9,7 @@
 #include "engine/RunReport.h"
 #include "engine/SavePlaces.h"
 #include "engine/SavedFolder.h"
+#include "fileops/ListedFolders.h"
 #include "forms/Controls.h"
 
 namespace marlok {
@@ -47,6 +48,10 @@ class CopyLoop {
     CopyLoop(Program& program, const RunControls& controls, CopyPrimitive copy, RunReport& report, SavePlaces& places,
              const std::string& location);
 
+    /// Takes the files of a folder from `listed` where they are kept there, instead of listing it; `listed` outlives
+    /// this object.
+    void UseListing(ListedFolders& listed) { listed_ = &listed; }
+
     /// Backs up one source: the source itself, then every folder of List1.
     void BackupSource(const std::string& source);
 
@@ -67,7 +72,8 @@ class CopyLoop {
     void BackupFileEntry();
     void BackupFolderEntry();
     void BackupThisFile(const DirectoryEntry& entry, const std::string& source, const std::string& target);
-    void BackupFolderFiles(FolderSearch& search, DirectoryEntry entry, const SavedFolder& saved);
+    void BackupFolderFiles(const std::vector<DirectoryEntry>& entries, const SavedFolder& saved);
+    [[nodiscard]] SystemError ListFiles(const std::string& folder, std::vector<DirectoryEntry>& entries);
 
     /// Applies the change rule: adds the file to `chosen`, or counts it as unchanged or failed.
     void Choose(const DirectoryEntry& entry, const std::string& source, const std::string& target,
@@ -93,6 +99,7 @@ class CopyLoop {
     SavePlaces& places_;
     std::string location_;  ///< with "\" at its end
     RunJournal journal_;
+    ListedFolders* listed_ = nullptr;
     std::uint64_t lastPaint_ = 0;
 };
 

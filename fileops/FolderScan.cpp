@@ -35,28 +35,51 @@ std::string FinalPathOf(FileSystem& files, const std::string& path) {
     return files.FinalPath(path, finalPath) == error::success ? finalPath : WithoutBackslash(path);
 }
 
+/// What one listing of a folder gives.
+struct Listing {
+    std::vector<FoundFolder> folders;
+    std::vector<DirectoryEntry> files;
+};
+
+void Sort(DirectoryEntry&& entry, Listing& listing) {
+    if (!entry.IsFolder()) {
+        entry.alternateName.clear();  // only saved copies are looked up by it
+        listing.files.push_back(std::move(entry));
+        return;
+    }
+    const std::string name = TrimAtNull(entry.name);
+    if (name == "." || name == "..") {
+        return;
+    }
+    if (listing.folders.size() == mostFolders) {
+        throw RuntimeError(runtimeerror::overflow, "Overflow");
+    }
+    listing.folders.push_back({name, entry.IsLink()});
+}
+
 /// The folders directly in `path`. Gathered before any of them is entered: one open search for the whole scan.
 std::vector<FoundFolder> ListFolders(FolderScan& scan, const std::string& path) {
-    std::vector<FoundFolder> folders;
+    Listing listing;
     std::unique_ptr<FolderSearch> search;
     DirectoryEntry entry;
-    if (scan.files.FindFirst(path + "*.*", search, entry) != error::success) {
-        return folders;
+    SystemError code = scan.files.FindFirst(path + "*.*", search, entry);
+    if (code != error::success) {
+        return {};
     }
-    if (entry.IsFolder() && entry.name != "." && entry.name != "..") {
+    if (!entry.IsFolder()) {
+        Sort(std::move(entry), listing);
+    } else if (entry.name != "." && entry.name != "..") {
         scan.missed.push_back(path + entry.name);
     }
-    while (search->Next(entry) == error::success) {
-        const std::string name = TrimAtNull(entry.name);
-        if (name == "." || name == ".." || !entry.IsFolder()) {
-            continue;
-        }
-        if (folders.size() == mostFolders) {
-            throw RuntimeError(runtimeerror::overflow, "Overflow");
-        }
-        folders.push_back({name, entry.IsLink()});
+    entry = DirectoryEntry();
+    while ((code = search->Next(entry)) == error::success) {
+        Sort(std::move(entry), listing);
+        entry = DirectoryEntry();
     }
-    return folders;
+    if (scan.listed != nullptr && code == error::noMoreFiles) {
+        scan.listed->Keep(path, std::move(listing.files));
+    }
+    return std::move(listing.folders);
 }
 
 /// True when a link to `target` may be descended: its target is neither a folder of the way nor above one.

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "fileops/ListedFolders.h"
 #include "forms/Controls.h"
 #include "forms/TreeView.h"
 #include "platform/FileSystem.h"
@@ -24,6 +25,9 @@ struct FolderScan {
 
     /// Folders that the scan did not see although they are there, with links that were not descended left out.
     std::vector<std::string> missed;
+
+    /// Receives the files of every folder that could be listed to its end; may be null.
+    ListedFolders* listed = nullptr;
 };
 
 /// Records every folder below `node`, whose full path is a folder: as a child node (key: the folder's path and "Dir",

@@ -27,7 +27,7 @@ def rounded_box(x, y, left, top, right, bottom, radius):
 
 
 def triangle(x, y, corners):
-    """Negative inside; near enough to a distance for flat edges."""
+    """Negative inside, corners in the order of a clock; near enough to a distance for flat edges."""
     worst = -9.0
     for i in range(3):
         (ax, ay), (bx, by) = corners[i], corners[(i + 1) % 3]
@@ -37,19 +37,19 @@ def triangle(x, y, corners):
 
 
 class Drawing:
-    CENTRE = (0.5, 0.375)
+    CENTRE = (0.5, 0.385)
 
     def __init__(self, size):
         small = size <= 24
         self.ring = 0.26 if small else 0.265  # middle of the stroke
         self.stroke = 0.135 if small else 0.105
         self.halo = 0.05 if small else 0.035
-        self.head = 0.19 if small else 0.165
+        self.head = 0.165 if small else 0.135
         self.radius = 0.07
         self.details = size >= 32
-        # The arrow runs clockwise from lower right of the top round to the top right, where its head is.
-        self.start = math.radians(-8)
-        self.end = math.radians(302)
+        # The arrow runs clockwise from the right nearly once round to the upper right, where its head is.
+        self.start = math.radians(8)
+        self.end = math.radians(292)
         self.corners = self.head_corners()
 
     def point(self, angle, radius):
@@ -58,7 +58,7 @@ class Drawing:
     def head_corners(self):
         base = self.end - math.radians(4)
         tip = self.point(base + self.head * 1.25 / self.ring, self.ring * 1.02)
-        return (self.point(base, self.ring - self.head), tip, self.point(base, self.ring + self.head))
+        return (self.point(base, self.ring + self.head), tip, self.point(base, self.ring - self.head))
 
     def arrow(self, x, y):
         dx, dy = x - self.CENTRE[0], y - self.CENTRE[1]
@@ -79,10 +79,10 @@ class Drawing:
         if arrow <= 0:
             return mix((86, 163, 232), (38, 108, 186), (y - 0.08) / 0.6), 1.0
         body = rounded_box(x, y, 0.05, 0.56, 0.95, 0.95, self.radius)
-        if body > 0:
+        inside = math.hypot(x - self.CENTRE[0], y - self.CENTRE[1]) < self.ring
+        # A gap of the background keeps arrow and drive apart, and the ring is seen through.
+        if body > 0 or arrow <= self.halo or inside:
             return (255, 255, 255), 0.0
-        if arrow <= self.halo:
-            return (255, 255, 255), 0.0  # a gap of the background keeps arrow and drive apart
         shade = mix((74, 104, 143), (38, 58, 92), (y - 0.56) / 0.39)
         if self.details:
             if rounded_box(x, y, 0.15, 0.815, 0.60, 0.855, 0.02) <= 0:

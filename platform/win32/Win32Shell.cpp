@@ -53,7 +53,8 @@ int Win32Shell::Perform(const ShellFileOperation& operation) {
     request.wFunc = static_cast<UINT>(operation.kind);
     request.pFrom = from.c_str();
     request.pTo = operation.kind == ShellFileOperation::Kind::remove ? nullptr : to.c_str();
-    request.fFlags = operation.flags;
+    // "Silent" hides the progress only. An error box would keep an unattended run waiting for ever; the caller reports.
+    request.fFlags = static_cast<FILEOP_FLAGS>(operation.flags | FOF_NOERRORUI);
     const int result = SHFileOperationW(&request);
     // The shell calls an operation that was broken off half-way a success.
     return result == 0 && request.fAnyOperationsAborted != FALSE ? operationCancelled : result;

@@ -30,6 +30,9 @@ class ContractMachine {
     /// True when names may keep unpaired surrogates and trailing dots and blanks on this system's disk.
     virtual bool KeepsOddNames() = 0;
 
+    /// True when the system keeps read-only files from being written and replaced. A Wine that runs as root cannot.
+    virtual bool KeepsReadOnlyFiles() { return true; }
+
     /// The longest path, in characters, that a file on this system's scratch disk can have.
     virtual std::size_t LongestPath() = 0;
 };

@@ -33,6 +33,11 @@ class ContractTest : public ::testing::Test {
     /// The entry of an existing path; the test fails when there is none.
     [[nodiscard]] DirectoryEntry EntryOf(const std::string& path);
 
+    /// What writing to a read-only file comes to on this machine.
+    [[nodiscard]] SystemError ReadOnlyResult() {
+        return contract->KeepsReadOnlyFiles() ? error::accessDenied : error::success;
+    }
+
     /// Lets the machine's time go on for at least that long.
     void LetTimePass(std::uint32_t milliseconds);
 

@@ -3,14 +3,14 @@
 namespace marlok::test {
 namespace {
 
-using Names_t = std::set<std::string>;
+using NameSet = std::set<std::string>;
 
 class FileMoveContract : public ContractTest {};
 
 TEST_F(FileMoveContract, AFileIsRenamed) {
     Put(In("old"), "x");
     ASSERT_EQ(files.Move(In("old"), In("new"), false), error::success);
-    EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{"new"});
+    EXPECT_EQ(NamesWithoutDots(In("*")), NameSet{"new"});
     EXPECT_EQ(Content(In("new")), "x");
 }
 
@@ -36,24 +36,24 @@ TEST_F(FileMoveContract, AnExistingFileIsReplacedWhenAsked) {
     Put(In("a"), "a");
     Put(In("b"), "b");
     ASSERT_EQ(files.Move(In("a"), In("b"), true), error::success);
-    EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{"b"});
+    EXPECT_EQ(NamesWithoutDots(In("*")), NameSet{"b"});
     EXPECT_EQ(Content(In("b")), "a");
 }
 
 TEST_F(FileMoveContract, ReplacingWhatIsNotThereIsARename) {
     Put(In("a"), "a");
     ASSERT_EQ(files.Move(In("a"), In("b"), true), error::success);
-    EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{"b"});
+    EXPECT_EQ(NamesWithoutDots(In("*")), NameSet{"b"});
 }
 
 TEST_F(FileMoveContract, AReadOnlyFileIsNotReplaced) {
     Put(In("a"), "a");
     Put(In("b"), "b");
     ASSERT_EQ(files.SetAttributes(In("b"), attribute::readOnly), error::success);
-    EXPECT_EQ(files.Move(In("a"), In("b"), true), error::accessDenied);
+    EXPECT_EQ(files.Move(In("a"), In("b"), true), ReadOnlyResult());
     ASSERT_EQ(files.SetAttributes(In("b"), attribute::normal), error::success);
-    EXPECT_EQ(Content(In("b")), "b");
-    EXPECT_EQ(Content(In("a")), "a");
+    EXPECT_EQ(Content(In("b")), contract->KeepsReadOnlyFiles() ? "b" : "a");
+    EXPECT_EQ(Exists(In("a")), contract->KeepsReadOnlyFiles());
 }
 
 TEST_F(FileMoveContract, AFolderIsNotReplacedByAFile) {
@@ -72,10 +72,13 @@ TEST_F(FileMoveContract, AFolderMovesWithEverythingInIt) {
     EXPECT_FALSE(Exists(In("A")));
 }
 
-TEST_F(FileMoveContract, TheCaseOfANameCanBeChanged) {
+TEST_F(FileMoveContract, ANewCaseOfTheNameLosesNothing) {
     Put(In("name"), "x");
     ASSERT_EQ(files.Move(In("name"), In("NAME"), false), error::success);
-    EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{"NAME"});
+    // Windows changes the stored name, Wine leaves it.
+    const NameSet names = NamesWithoutDots(In("*"));
+    EXPECT_TRUE(names == NameSet{"NAME"} || names == NameSet{"name"});
+    EXPECT_EQ(Content(In("NAME")), "x");
 }
 
 TEST_F(FileMoveContract, AMissingFileIsFileNotFound) {

@@ -6,20 +6,20 @@
 namespace marlok::test {
 namespace {
 
-using Names_t = std::set<std::string>;
+using NameSet = std::set<std::string>;
 
 class FileNameContract : public ContractTest {
  protected:
     /// Writes a file of that name, finds it in the listing, reads and deletes it.
     void ExpectRoundTrip(const std::string& name) {
         Put(In(name), "content of " + name);
-        EXPECT_EQ(NamesWithoutDots(In("*.*")), Names_t{name});
+        EXPECT_EQ(NamesWithoutDots(In("*.*")), NameSet{name});
         EXPECT_EQ(Content(In(name)), "content of " + name);
         EXPECT_EQ(files.Copy(In(name), scratch + "\\copy", copyflag::none, {}), error::success) << name;
         EXPECT_EQ(Content(scratch + "\\copy"), "content of " + name);
         EXPECT_EQ(files.Delete(scratch + "\\copy"), error::success);
         EXPECT_EQ(files.Delete(In(name)), error::success) << name;
-        EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{}) << name;
+        EXPECT_EQ(NamesWithoutDots(In("*")), NameSet{}) << name;
     }
 
     /// Makes folders below the scratch folder until a path is `length` characters long or a little less; returns it.
@@ -61,7 +61,7 @@ TEST_F(FileNameContract, CaseDoesNotMatterInAnyBicameralScript) {
         Put(In(lower), lower);
         EXPECT_EQ(Content(In(upper)), lower);
         EXPECT_EQ(files.CreateFolder(In(upper)), error::alreadyExists) << upper;
-        EXPECT_EQ(Names(In(upper)), Names_t{lower});
+        EXPECT_EQ(Names(In(upper)), NameSet{lower});
         EXPECT_EQ(files.Delete(In(upper)), error::success) << upper;
     }
 }
@@ -71,7 +71,7 @@ TEST_F(FileNameContract, DifferentLettersAreDifferentNames) {
     Put(In("a"), "2");
     Put(In("ß"), "3");
     Put(In("ss"), "4");
-    EXPECT_EQ(NamesWithoutDots(In("*")), (Names_t{"ä", "a", "ß", "ss"}));
+    EXPECT_EQ(NamesWithoutDots(In("*")), (NameSet{"ä", "a", "ß", "ss"}));
 }
 
 TEST_F(FileNameContract, ForbiddenCharactersAreRefused) {
@@ -80,7 +80,7 @@ TEST_F(FileNameContract, ForbiddenCharactersAreRefused) {
         EXPECT_EQ(files.Open(In(name), OpenMode::createNew, file), error::invalidName) << name;
         EXPECT_EQ(files.CreateFolder(In(name)), error::invalidName) << name;
     }
-    EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{});
+    EXPECT_EQ(NamesWithoutDots(In("*")), NameSet{});
 }
 
 TEST_F(FileNameContract, PathsBeyond260CharactersWork) {
@@ -88,24 +88,31 @@ TEST_F(FileNameContract, PathsBeyond260CharactersWork) {
     ASSERT_GT(deep.size(), 400U);
     Put(deep + "\\a.txt", "deep");
     EXPECT_EQ(Content(deep + "\\a.txt"), "deep");
-    EXPECT_EQ(NamesWithoutDots(deep + "\\*.*"), Names_t{"a.txt"});
+    EXPECT_EQ(NamesWithoutDots(deep + "\\*.*"), NameSet{"a.txt"});
     EXPECT_EQ(EntryOf(deep + "\\A.TXT").size, 4U);
     EXPECT_EQ(files.Copy(deep + "\\a.txt", deep + "\\b.txt", copyflag::restartable, {}), error::success);
     EXPECT_EQ(files.Move(deep + "\\b.txt", deep + "\\c.txt", true), error::success);
     EXPECT_EQ(files.SetAttributes(deep + "\\c.txt", attribute::normal), error::success);
     EXPECT_EQ(files.Delete(deep + "\\c.txt"), error::success);
-    std::string finalPath;
-    EXPECT_EQ(files.FinalPath(deep, finalPath), error::success);
-    EXPECT_TRUE(text::EqualIgnoringCase(finalPath.substr(finalPath.size() - 99), std::string(99, 'd')));
     EXPECT_EQ(files.CreateFolder(deep + "\\Sub"), error::success);
     EXPECT_EQ(files.RemoveFolder(deep + "\\Sub"), error::success);
+}
+
+TEST_F(FileNameContract, TheFinalPathOfADeepFolderIsWholeOrRefused) {
+    const std::string deep = MakeDeep(600);
+    std::string finalPath;
+    const SystemError code = files.FinalPath(deep, finalPath);
+    // Wine cannot tell it; a path cut off would be taken for another folder.
+    const std::string below = deep.substr(scratch.size());
+    EXPECT_TRUE(code != error::success || finalPath.ends_with(below)) << finalPath;
+    EXPECT_TRUE(code == error::success || finalPath.empty()) << finalPath;
 }
 
 TEST_F(FileNameContract, PathsAsLongAsTheDiskAllowsWork) {
     const std::string deep = MakeDeep(std::min<std::size_t>(contract->LongestPath() - 20, 6000));
     Put(deep + "\\a.txt", "deep");
     EXPECT_EQ(Content(deep + "\\a.txt"), "deep");
-    EXPECT_EQ(NamesWithoutDots(deep + "\\*.*"), Names_t{"a.txt"});
+    EXPECT_EQ(NamesWithoutDots(deep + "\\*.*"), NameSet{"a.txt"});
     EXPECT_EQ(files.Copy(deep + "\\a.txt", deep + "\\b.txt", copyflag::none, {}), error::success);
     EXPECT_EQ(files.Delete(deep + "\\b.txt"), error::success);
 }

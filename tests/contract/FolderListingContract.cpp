@@ -3,7 +3,7 @@
 namespace marlok::test {
 namespace {
 
-using Names_t = std::set<std::string>;
+using NameSet = std::set<std::string>;
 
 class FolderListingContract : public ContractTest {};
 
@@ -11,7 +11,7 @@ TEST_F(FolderListingContract, ListsFilesFoldersAndTheTwoDots) {
     Put(In("a.txt"), "a");
     Put(In("no extension"), "");
     ASSERT_EQ(files.CreateFolder(In("Sub")), error::success);
-    EXPECT_EQ(Names(In("*.*")), (Names_t{".", "..", "a.txt", "no extension", "Sub"}));
+    EXPECT_EQ(Names(In("*.*")), (NameSet{".", "..", "a.txt", "no extension", "Sub"}));
 }
 
 TEST_F(FolderListingContract, StarAloneListsTheSame) {
@@ -22,28 +22,28 @@ TEST_F(FolderListingContract, StarAloneListsTheSame) {
 
 TEST_F(FolderListingContract, AnEmptyFolderListsTheTwoDots) {
     ASSERT_EQ(files.CreateFolder(In("Empty")), error::success);
-    EXPECT_EQ(Names(In("Empty\\*.*")), (Names_t{".", ".."}));
+    EXPECT_EQ(Names(In("Empty\\*.*")), (NameSet{".", ".."}));
 }
 
 TEST_F(FolderListingContract, AStarSelectsAnExtension) {
     Put(In("a.txt"), "");
     Put(In("b.TXT"), "");
     Put(In("c.doc"), "");
-    EXPECT_EQ(Names(In("*.txt")), (Names_t{"a.txt", "b.TXT"}));
+    EXPECT_EQ(Names(In("*.txt")), (NameSet{"a.txt", "b.TXT"}));
 }
 
 TEST_F(FolderListingContract, AStarSelectsABeginning) {
     Put(In("report 1.txt"), "");
     Put(In("Report2"), "");
     Put(In("other"), "");
-    EXPECT_EQ(Names(In("report*")), (Names_t{"report 1.txt", "Report2"}));
+    EXPECT_EQ(Names(In("report*")), (NameSet{"report 1.txt", "Report2"}));
 }
 
 TEST_F(FolderListingContract, AQuestionMarkStandsForOneCharacter) {
     Put(In("a1.txt"), "");
     Put(In("a2.txt"), "");
     Put(In("a12.txt"), "");
-    EXPECT_EQ(Names(In("a?.txt")), (Names_t{"a1.txt", "a2.txt"}));
+    EXPECT_EQ(Names(In("a?.txt")), (NameSet{"a1.txt", "a2.txt"}));
 }
 
 TEST_F(FolderListingContract, AnExactNameFindsThatEntryAlone) {
@@ -59,7 +59,7 @@ TEST_F(FolderListingContract, AnExactNameFindsThatEntryAlone) {
 
 TEST_F(FolderListingContract, AnExactNameIsReportedAsItIsStored) {
     Put(In("MixedCase.Txt"), "");
-    EXPECT_EQ(Names(In("mixedcase.tXT")), (Names_t{"MixedCase.Txt"}));
+    EXPECT_EQ(Names(In("mixedcase.tXT")), (NameSet{"MixedCase.Txt"}));
 }
 
 TEST_F(FolderListingContract, AnExactNameFindsAFolder) {
@@ -137,7 +137,7 @@ TEST_F(FolderListingContract, AListingMayDeleteWhatItLists) {
         ++deleted;
     }
     EXPECT_EQ(deleted, 50);
-    EXPECT_EQ(NamesWithoutDots(In("*")), Names_t{});
+    EXPECT_EQ(NamesWithoutDots(In("*")), NameSet{});
 }
 
 TEST_F(FolderListingContract, AFolderOfManyFilesIsListedWhole) {
@@ -151,7 +151,7 @@ TEST_F(FolderListingContract, AFolderOfManyFilesIsListedWhole) {
 TEST_F(FolderListingContract, AForwardSlashSeparatesToo) {
     ASSERT_EQ(files.CreateFolder(In("Sub")), error::success);
     Put(In("Sub\\a.txt"), "");
-    EXPECT_EQ(NamesWithoutDots(scratch + "/Sub/*"), Names_t{"a.txt"});
+    EXPECT_EQ(NamesWithoutDots(scratch + "/Sub/*"), NameSet{"a.txt"});
 }
 
 TEST_F(FolderListingContract, AZeroCharacterIsRefused) {

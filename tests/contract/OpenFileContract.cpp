@@ -87,9 +87,12 @@ TEST_F(OpenFileContract, AFolderCannotBeOpened) {
 TEST_F(OpenFileContract, AReadOnlyFileCanBeReadAndNotWritten) {
     Put(In("a"), "kept");
     ASSERT_EQ(files.SetAttributes(In("a"), attribute::readOnly), error::success);
-    EXPECT_EQ(files.Open(In("a"), OpenMode::replace, file), error::accessDenied);
-    EXPECT_EQ(files.Open(In("a"), OpenMode::append, file), error::accessDenied);
+    EXPECT_EQ(files.Open(In("a"), OpenMode::append, file), ReadOnlyResult());
+    file.reset();
     EXPECT_EQ(Content(In("a")), "kept");
+    EXPECT_EQ(files.Open(In("a"), OpenMode::replace, file), ReadOnlyResult());
+    file.reset();
+    EXPECT_EQ(Content(In("a")), contract->KeepsReadOnlyFiles() ? "kept" : "");
     ASSERT_EQ(files.SetAttributes(In("a"), attribute::normal), error::success);
 }
 

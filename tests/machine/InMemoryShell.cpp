@@ -136,7 +136,8 @@ int InMemoryShell::DeleteOne(const NodePtr& node) {
     if (const SystemError code = faults_.Enter("Shell.Delete", path, true); code != error::success) {
         return ShellCode(code);
     }
-    const SystemError code = CheckRemoval(*node);
+    const bool refused = node->Has(attribute::readOnly) && !deletesReadOnly;
+    const SystemError code = refused ? error::accessDenied : CheckRemoval(*node);
     if (code == error::success) {
         disk_.Remove(node);
     }

@@ -25,6 +25,9 @@ class InMemoryShell : public Shell {
     /// Whether deleting a tree also deletes what folder links in it lead to, as it has been seen on some systems. It
     /// does unless it is told otherwise: no program may count on better manners.
     bool followsLinks = true;
+
+    /// Whether the shell deletes read-only files without asking. Windows does; a shell has been seen that refuses.
+    bool deletesReadOnly = true;
     std::string desktopFolder = R"(C:\Users\User\Desktop)";
 
     [[nodiscard]] const std::vector<Shortcut>& Shortcuts() const { return shortcuts_; }

@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include "tests/contract/ContractMachine.h"
 #include "tests/machine/InMemoryMachine.h"
 

@@ -97,7 +97,7 @@ def make_deep(root: Path, length: int, component: str) -> str:
     names = []
     left = length - len("/a.txt")
     while left > 0:
-        # No component of one character is left over, and no separator at the end.
+        # The rest is shared out so that no component is left empty.
         size = len(component) if left > 2 * len(component) else (left if left <= len(component) else left // 2)
         names.append(component[:size])
         left -= size + 1
@@ -131,7 +131,7 @@ def save_deep(machine: Machine, length: int, component: str) -> None:
 
 def test_paths_just_around_the_classic_limit(machine: Machine) -> None:
     for length in range(235, 265, 3):
-        make_deep(machine.d / f"n{length}", length, "folder of some length")
+        make_deep(machine.d / f"n{length}", length, "folder-of-some-length")
     machine.configure({DAILY: [rf"D:\n{length}" for length in range(235, 265, 3)]})
 
     assert len(run_clean(machine, "C")) == 10
@@ -140,7 +140,7 @@ def test_paths_just_around_the_classic_limit(machine: Machine) -> None:
 
 
 def test_a_path_of_more_than_a_thousand_characters(machine: Machine) -> None:
-    save_deep(machine, 1500, "a folder with quite a long name that goes on and on")
+    save_deep(machine, 1500, "a-folder-with-quite-a-long-name-that-goes-on-and-on")
 
 
 def test_a_path_near_four_thousand_characters(machine: Machine, wine) -> None:
