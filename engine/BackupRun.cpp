@@ -73,8 +73,7 @@ void BackupRun::TryLocation(const std::string& location) {
         window_.ShowStatus("Copying " + LocationName(location) + " Files");
         BackupSources(loop, location);
     }
-    WriteOriginalPaths(location);
-    loop.Finish();
+    loop.Finish(WriteOriginalPaths(location));
 }
 
 /// The run before may have been killed here: what it copied is listed now, before its journal goes.
@@ -87,10 +86,8 @@ void BackupRun::ClearKilledRun(const std::string& location) {
     for (const std::string& original : leftovers.originals) {
         controls_.List3.AddItem(original);
     }
-    if (!leftovers.originals.empty()) {
-        WriteOriginalPaths(location);
-    }
-    if (leftovers.notRemoved.empty()) {
+    const bool listed = leftovers.originals.empty() || WriteOriginalPaths(location);
+    if (listed && leftovers.notRemoved.empty()) {
         const SystemError code = RemoveJournal(files, location);
         if (code != error::success) {
             report_.Add(AddBackslash(location) + std::string(workingfile::journal), code);
@@ -206,13 +203,15 @@ void BackupRun::ScanFolders(const std::string& location, const std::string& sour
     }
 }
 
-void BackupRun::WriteOriginalPaths(const std::string& location) {
+/// Adds List3 to the location's list and clears it. False when the list could not be written, which is reported.
+bool BackupRun::WriteOriginalPaths(const std::string& location) {
     const std::string list = OriginalListPath(program_, location);
     const SystemError code = AddToOriginalList(program_, list, controls_.List3.Items());
     if (code != error::success) {
         report_.Add(list, code);
     }
     controls_.List3.Clear();
+    return code == error::success;
 }
 
 void BackupRun::Finish() {

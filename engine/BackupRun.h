@@ -52,7 +52,7 @@ class BackupRun {
     void TrySource(CopyLoop& loop, const std::string& location, const std::string& source);
     void BackupSource(CopyLoop& loop, const std::string& location, const std::string& source);
     void ScanFolders(const std::string& location, const std::string& source);
-    void WriteOriginalPaths(const std::string& location);
+    [[nodiscard]] bool WriteOriginalPaths(const std::string& location);
 
     Program& program_;
     RunControls controls_;

@@ -73,7 +73,11 @@ void CopyLoop::BackupSource(const std::string& source) {
     }
 }
 
-void CopyLoop::Finish() {
+void CopyLoop::Finish(bool listed) {
+    if (!listed) {
+        journal_.Leave();
+        return;
+    }
     const SystemError code = journal_.Finish();
     if (code != error::success) {
         report_.Add(location_ + std::string(workingfile::journal), code);

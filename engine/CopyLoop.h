@@ -55,8 +55,9 @@ class CopyLoop {
     /// Backs up one source: the source itself, then every folder of List1.
     void BackupSource(const std::string& source);
 
-    /// Ends the location's journal; call it when the original paths are listed.
-    void Finish();
+    /// Ends the location's journal. When the original paths could not be listed it is left for the next run, which
+    /// lists them.
+    void Finish(bool listed);
 
  private:
     /// A file that the change rule has chosen.

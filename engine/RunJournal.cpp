@@ -146,9 +146,13 @@ bool IsLastCopy(FileSystem& files, const DirectoryEntry& saved, const JournalEnt
     return !IsFile(files, entry.source, source) && saved.size == entry.size && apart <= coarsestTime;
 }
 
+bool Exists(FileSystem& files, const std::string& path) {
+    DirectoryEntry entry;
+    return files.GetEntry(path, entry) == error::success;
+}
+
 void RemoveFile(FileSystem& files, const std::string& path, Leftovers& leftovers) {
-    const SystemError code = ForceDelete(files, path);
-    if (code != error::success && code != error::fileNotFound && code != error::pathNotFound) {
+    if (Exists(files, path) && ForceDelete(files, path) != error::success) {
         leftovers.notRemoved.push_back(path);
     }
 }
@@ -194,7 +198,8 @@ RunJournal::RunJournal(FileSystem& files, const std::string& location) : files_(
 
 SystemError RunJournal::Record(std::span<const JournalEntry> group) {
     if (!file_) {
-        const SystemError code = files_.Open(path_, OpenMode::replace, file_);
+        // An older journal stays in front: what it tells could not be dealt with yet.
+        const SystemError code = files_.Open(path_, OpenMode::append, file_);
         if (code != error::success) {
             file_.reset();
             return code;
@@ -244,8 +249,8 @@ Leftovers ClearLeftovers(FileSystem& files, const std::string& location) {
 }
 
 SystemError RemoveJournal(FileSystem& files, const std::string& location) {
-    const SystemError code = ForceDelete(files, JournalPath(location));
-    return code == error::fileNotFound || code == error::pathNotFound ? error::success : code;
+    const std::string journal = JournalPath(location);
+    return Exists(files, journal) ? ForceDelete(files, journal) : error::success;
 }
 
 }  // namespace marlok

@@ -34,6 +34,9 @@ class RunJournal {
     /// A copy failed and what it left could not be removed: the entry stays in the journal for the next run.
     void KeepForNextRun(const JournalEntry& entry) { kept_.push_back(entry); }
 
+    /// The copies are done but could not be listed: leaves the journal for the next run, which lists them.
+    void Leave() { file_.reset(); }
+
     /// All copies are done and listed: removes the journal, unless something is kept for the next run. Returns why it
     /// could not be removed.
     [[nodiscard]] SystemError Finish();

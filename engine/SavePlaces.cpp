@@ -21,7 +21,9 @@ constexpr std::array namedFiles{
 bool SameFolder(FileSystem& files, const std::string& a, const std::string& b) {
     FileIdentity first;
     FileIdentity second;
-    return files.Identify(a, first) == error::success && files.Identify(b, second) == error::success && first == second;
+    // Some network and virtual disks number nothing; an index of 0 tells nobody apart.
+    return files.Identify(a, first) == error::success && first.index != 0 &&
+           files.Identify(b, second) == error::success && first == second;
 }
 
 /// True when `folder` is one of the folders on the way up from `path`, told by what the folders are, not how they are

@@ -114,7 +114,8 @@ SystemError ResultOf(BOOL succeeded) {
 /// What a running copy needs on both sides of the kernel.
 struct CopyCall {
     const CopyProgressRoutine& progress;
-    std::exception_ptr thrown;
+    bool told = false;
+    std::exception_ptr thrown = nullptr;
 };
 
 /// An exception must not travel through the kernel's frames: it is kept, the copy is called off, and the exception goes
@@ -122,6 +123,7 @@ struct CopyCall {
 DWORD CALLBACK OnCopyProgress(LARGE_INTEGER total, LARGE_INTEGER transferred, LARGE_INTEGER, LARGE_INTEGER, DWORD,
                               DWORD reason, HANDLE, HANDLE, LPVOID data) {
     auto& call = *static_cast<CopyCall*>(data);
+    call.told = true;
     try {
         call.progress({static_cast<std::uint64_t>(total.QuadPart), static_cast<std::uint64_t>(transferred.QuadPart),
                        static_cast<CopyProgressInfo::Reason>(reason)});
@@ -130,6 +132,18 @@ DWORD CALLBACK OnCopyProgress(LARGE_INTEGER total, LARGE_INTEGER transferred, LA
         return PROGRESS_CANCEL;
     }
     return PROGRESS_CONTINUE;
+}
+
+/// There are systems that copy without telling: there the routine learns the start and the end, once the file is there.
+void TellAfterwards(const std::wstring& copy, const CopyProgressRoutine& progress) {
+    DirectoryEntry entry;
+    if (EntryOf(copy, entry) != error::success) {
+        return;  // taken away by somebody already; the copy itself was done
+    }
+    progress({entry.size, 0, CopyProgressInfo::Reason::streamSwitch});
+    if (entry.size != 0) {
+        progress({entry.size, entry.size, CopyProgressInfo::Reason::chunkFinished});
+    }
 }
 
 SystemError FinalPathOf(HANDLE handle, DWORD flags, std::wstring& path) {
@@ -257,13 +271,16 @@ SystemError Win32FileSystem::Copy(const std::string& from, const std::string& to
     if (const SystemError code = ToWidePath(to, wideTo)) {
         return code;
     }
-    CopyCall call{progress, nullptr};
+    CopyCall call{progress};
     BOOL cancel = FALSE;
     const BOOL copied =
         CopyFileExW(wideFrom.c_str(), wideTo.c_str(), progress ? &OnCopyProgress : nullptr, &call, &cancel, flags);
     const SystemError code = ResultOf(copied);
     if (call.thrown) {
         std::rethrow_exception(call.thrown);
+    }
+    if (code == error::success && progress && !call.told) {
+        TellAfterwards(wideTo, progress);
     }
     return code;
 }

@@ -13,8 +13,9 @@ namespace marlok::win32 {
 
 namespace {
 
-/// One instance for each signed-in user: the name lives in the session.
-constexpr const wchar_t* claimName = L"Local\\Marlok Backup Utility";
+/// One instance for the whole machine: a scheduler starts programs in a session of its own, and two instances would
+/// write the same command file and the same logs.
+constexpr const wchar_t* claimName = L"Global\\Marlok Backup Utility";
 
 /// `path` up to its last "\"; the root of a drive keeps it.
 std::wstring FolderOf(const std::wstring& path) {

@@ -24,6 +24,7 @@ import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 from pathlib import Path
 
 REPO = Path(__file__).resolve().parents[2]
@@ -154,18 +155,19 @@ class WineEnvironment:
         """Command line that runs a Windows program in this machine (with `env`)."""
         return ["wine", os.fspath(program), *arguments]
 
-    def run(self, command: list[str], timeout: float = 60, **options: object) -> subprocess.CompletedProcess[str]:
+    def run(self, command: list[str], timeout: float = 60) -> subprocess.CompletedProcess[str]:
         """Runs a Windows program and gives back its code and what it said. Ends it when the time is over."""
-        return subprocess.run(
-            self.command(*command),
-            env=self.env,
-            stdin=subprocess.DEVNULL,
-            capture_output=True,
-            encoding="utf-8",
-            errors="replace",
-            timeout=timeout,
-            **options,
-        )
+        # Files, not pipes: the first program brings up Wine's services, which inherit them, and a pipe would end with
+        # those.
+        with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as errors:
+            done = subprocess.run(
+                self.command(*command), env=self.env, stdin=subprocess.DEVNULL, stdout=output, stderr=errors,
+                timeout=timeout, check=False)  # fmt: skip
+            texts = []
+            for file in (output, errors):
+                file.seek(0)
+                texts.append(file.read().decode("utf-8", "replace").replace("\r\n", "\n"))
+        return subprocess.CompletedProcess(done.args, done.returncode, texts[0], texts[1])
 
     def desktop_folder(self) -> Path:
         """The desktop folder of the machine's only user."""
@@ -213,12 +215,14 @@ class WineEnvironment:
                 return
             self._stop_server(template)
             shutil.rmtree(template, ignore_errors=True)
-            boot = subprocess.run(
-                ["wineboot", "--init"], env=self._environment(template), stdin=subprocess.DEVNULL, capture_output=True,
-                text=True, timeout=300)  # fmt: skip
+            log = self._root / "template.log"
+            with log.open("wb") as output:
+                boot = subprocess.run(
+                    ["wineboot", "--init"], env=self._environment(template), stdin=subprocess.DEVNULL, stdout=output,
+                    stderr=output, timeout=300, check=False)  # fmt: skip
             self._wait_for_server(template)
             if boot.returncode != 0 or not (template / "user.reg").exists():
-                raise WineError(f"wineboot failed ({boot.returncode}):\n{boot.stdout}{boot.stderr}")
+                raise WineError(f"wineboot failed ({boot.returncode}):\n{log.read_text(errors='replace')}")
             _own_user_folders(template)
             ready.write_text(wanted)
         finally:

@@ -41,16 +41,18 @@ NodePtr InMemoryMachine::MakeFolder(const PathParts& parts) {
     if (disk.FindVolume(parts.root) == nullptr) {
         disk.AddVolume(parts.root, {});
     }
-    PathParts built = parts;
-    built.names.clear();
     NodePtr folder = disk.FindVolume(parts.root)->folder;
     for (const std::string& name : parts.names) {
-        built.names.push_back(name);
-        const Location location = disk.Locate(built, Follow::yes);
-        folder = location.node != nullptr || location.parent == nullptr ? location.node
-                                                                        : disk.Add(location, attribute::directory);
+        NodePtr child = folder->Find(name);
+        if (child == nullptr) {
+            Location location;
+            location.parent = folder;
+            location.name = name;
+            child = disk.Add(location, attribute::directory);
+        }
+        folder = child->IsLink() ? disk.Locate(child->Path(), Follow::yes).node : child;
         if (folder == nullptr || !folder->IsFolder()) {
-            Refuse(built.Text(), "no folder");
+            Refuse(child->Path(), "no folder");
         }
     }
     return folder;

@@ -1,30 +1,47 @@
 #include "tests/machine/InMemoryRegistry.h"
 
-#include <algorithm>
+#include <iterator>
 
-#include "platform/Text.h"
 #include "tests/machine/InMemoryRegistryKey.h"
 #include "tests/machine/PathParts.h"
 
 namespace marlok::test {
 
-RegistryValue* RegistryNode::Find(const std::string& wanted) {
-    const auto found = std::find_if(values.begin(), values.end(),
-                                    [&](const auto& value) { return text::EqualIgnoringCase(value.first, wanted); });
-    return found == values.end() ? nullptr : &found->second;
+const RegistryValue* RegistryValues::Find(const std::string& name) const {
+    const auto place = places_.find(NameKey(name));
+    return place == places_.end() ? nullptr : &inOrder_.at(place->second).value;
 }
 
-void RegistryNode::Set(const std::string& valueName, const RegistryValue& value) {
-    if (RegistryValue* existing = Find(valueName)) {
-        *existing = value;
-    } else {
-        values.emplace_back(valueName, value);
+const RegistryValues::Named* RegistryValues::At(std::size_t index) const {
+    if (index >= inOrder_.size()) {
+        return nullptr;
     }
+    const bool fromCursor = cursorPlace_ != 0 && cursorIndex_ <= index;
+    auto at = fromCursor ? inOrder_.find(cursorPlace_) : inOrder_.begin();
+    std::advance(at, static_cast<std::ptrdiff_t>(index - (fromCursor ? cursorIndex_ : 0)));
+    cursorIndex_ = index;
+    cursorPlace_ = at->first;
+    return &at->second;
 }
 
-bool RegistryNode::Remove(const std::string& valueName) {
-    return std::erase_if(values, [&](const auto& value) { return text::EqualIgnoringCase(value.first, valueName); }) >
-           0;
+void RegistryValues::Set(const std::string& name, const RegistryValue& value) {
+    std::uint64_t& place = places_[NameKey(name)];
+    if (place == 0) {
+        place = ++last_;
+        inOrder_[place].name = name;
+    }
+    inOrder_[place].value = value;
+}
+
+bool RegistryValues::Remove(const std::string& name) {
+    const auto place = places_.find(NameKey(name));
+    if (place == places_.end()) {
+        return false;
+    }
+    inOrder_.erase(place->second);
+    places_.erase(place);
+    cursorPlace_ = 0;
+    return true;
 }
 
 SystemError InMemoryRegistry::OpenKey(const std::string& path, std::uint32_t access,
@@ -109,7 +126,7 @@ void InMemoryRegistry::SetString(const std::string& key, const std::string& name
 
 void InMemoryRegistry::SetRaw(const std::string& key, const std::string& name, std::uint32_t type,
                               const std::string& data) {
-    Make(key)->Set(name, {type, data});
+    Make(key)->values.Set(name, {type, data});
 }
 
 void InMemoryRegistry::Allow(const std::string& key) {
@@ -121,7 +138,8 @@ void InMemoryRegistry::Allow(const std::string& key) {
 std::map<std::string, std::string> InMemoryRegistry::Values(const std::string& key) const {
     std::map<std::string, std::string> values;
     if (const std::shared_ptr<RegistryNode> node = Find(key)) {
-        for (const auto& [name, value] : node->values) {
+        for (const auto& [place, named] : node->values.InOrder()) {
+            const auto& [name, value] = named;
             const bool terminated =
                 value.type == registrytype::string && !value.data.empty() && value.data.back() == '\0';
             values[name] = terminated ? value.data.substr(0, value.data.size() - 1) : value.data;
@@ -132,7 +150,7 @@ std::map<std::string, std::string> InMemoryRegistry::Values(const std::string& k
 
 const RegistryValue* InMemoryRegistry::Value(const std::string& key, const std::string& name) const {
     const std::shared_ptr<RegistryNode> node = Find(key);
-    return node == nullptr ? nullptr : node->Find(name);
+    return node == nullptr ? nullptr : node->values.Find(name);
 }
 
 std::vector<std::string> InMemoryRegistry::Keys(const std::string& key) const {

@@ -4,7 +4,6 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/Registry.h"
@@ -12,19 +11,43 @@
 
 namespace marlok::test {
 
+/// The values of one key, in the order in which they were first written.
+class RegistryValues {
+ public:
+    struct Named {
+        std::string name;
+        RegistryValue value;
+    };
+
+    /// The value called `name`; null when there is none.
+    [[nodiscard]] const RegistryValue* Find(const std::string& name) const;
+
+    /// The value at `index`; null behind the last one. Counting up or always asking for 0 is cheap.
+    [[nodiscard]] const Named* At(std::size_t index) const;
+
+    void Set(const std::string& name, const RegistryValue& value);
+
+    /// False when there is none.
+    bool Remove(const std::string& name);
+
+    [[nodiscard]] const std::map<std::uint64_t, Named>& InOrder() const { return inOrder_; }
+
+ private:
+    std::map<std::uint64_t, Named> inOrder_;
+    std::map<std::u16string, std::uint64_t> places_;  ///< the key in `inOrder_` by NameKey
+    std::uint64_t last_ = 0;
+    mutable std::size_t cursorIndex_ = 0;  ///< where At was asked last, so that enumerations need not begin anew
+    mutable std::uint64_t cursorPlace_ = 0;
+};
+
 /// One key of the in-memory registry.
 struct RegistryNode {
     std::string name;
-    std::vector<std::pair<std::string, RegistryValue>> values;  ///< in the order in which they were first written
+    RegistryValues values;
     std::map<std::u16string, std::shared_ptr<RegistryNode>> keys;
     bool denied = false;    ///< cannot be opened
     bool readOnly = false;  ///< can be opened for reading alone
     bool deleted = false;   ///< somebody deleted it while it was open
-
-    /// The value called `wanted`; null when there is none.
-    [[nodiscard]] RegistryValue* Find(const std::string& wanted);
-    void Set(const std::string& valueName, const RegistryValue& value);
-    bool Remove(const std::string& valueName);
 };
 
 /// The registry below HKEY_CURRENT_USER, in memory.

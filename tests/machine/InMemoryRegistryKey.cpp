@@ -50,7 +50,7 @@ SystemError InMemoryRegistryKey::QueryValue(const std::string& name, RegistryVal
     if (const SystemError code = Enter("QueryValue", name, false); code != error::success) {
         return code;
     }
-    const RegistryValue* found = node_->Find(name);
+    const RegistryValue* found = node_->values.Find(name);
     if (found == nullptr) {
         return error::fileNotFound;
     }
@@ -61,7 +61,7 @@ SystemError InMemoryRegistryKey::QueryValue(const std::string& name, RegistryVal
 SystemError InMemoryRegistryKey::SetValue(const std::string& name, const RegistryValue& value) {
     const SystemError code = Enter("SetValue", name, true);
     if (code == error::success) {
-        node_->Set(name, value);
+        node_->values.Set(name, value);
     }
     return code;
 }
@@ -70,7 +70,7 @@ SystemError InMemoryRegistryKey::DeleteValue(const std::string& name) {
     if (const SystemError code = Enter("DeleteValue", name, true); code != error::success) {
         return code;
     }
-    return node_->Remove(name) ? error::success : error::fileNotFound;
+    return node_->values.Remove(name) ? error::success : error::fileNotFound;
 }
 
 SystemError InMemoryRegistryKey::DeleteKey(const std::string& path) {
@@ -106,11 +106,12 @@ SystemError InMemoryRegistryKey::EnumValue(std::uint32_t index, std::string& nam
     if (const SystemError code = Enter("EnumValue", std::to_string(index), false); code != error::success) {
         return code;
     }
-    if (index >= node_->values.size()) {
+    const RegistryValues::Named* found = node_->values.At(index);
+    if (found == nullptr) {
         return error::noMoreItems;
     }
-    name = node_->values[index].first;
-    value = node_->values[index].second;
+    name = found->name;
+    value = found->value;
     return error::success;
 }
 

@@ -5,13 +5,14 @@ from __future__ import annotations
 import itertools
 import os
 import shutil
+import signal
 import subprocess
 import tempfile
 from pathlib import Path
 
 import pytest
 from harness import PROGRAM, REPO, Machine
-from wine_env import WineEnvironment, end_cleanly_on_signals
+from wine_env import WineEnvironment
 
 DIST = Path(os.environ.get("MARLOK_DIST", REPO / "dist" / "Marlok Backup"))
 TOOL = Path(os.environ.get("MARLOK_E2E_TOOL", REPO / "build" / "windows" / "tests" / "e2e_tool.exe"))
@@ -23,7 +24,13 @@ _numbers = itertools.count(1)
 
 def pytest_configure(config: pytest.Config) -> None:
     config.addinivalue_line("markers", "nightly: takes minutes; run by scripts/test --nightly")
-    end_cleanly_on_signals()
+
+    def leave(number: int, _: object) -> None:
+        # The way out that passes through the fixtures.
+        pytest.exit("ended by a signal", 128 + number)
+
+    signal.signal(signal.SIGTERM, leave)
+    signal.signal(signal.SIGHUP, leave)
 
 
 @pytest.fixture(scope="session")
@@ -66,7 +73,7 @@ def small_disk(wine: WineEnvironment, work: Path):
     wine.map_drive("f", folder)
     mounted = subprocess.run(
         ["mount", "-t", "tmpfs", "-o", f"size={SMALL}", "tmpfs", str(folder)], capture_output=True, check=False)  # fmt: skip
-    options = {} if mounted.returncode == 0 else {"ignore_size_limit": SMALL}
+    options = {} if mounted.returncode == 0 else {"size_limit": SMALL}
     yield folder, options
     if mounted.returncode == 0:
         subprocess.run(["umount", "-l", str(folder)], check=True)

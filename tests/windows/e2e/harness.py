@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import contextlib
 import hashlib
 import os
 import re
@@ -12,6 +13,7 @@ import struct
 import subprocess
 import sys
 import time
+from collections.abc import Callable, Iterator
 from dataclasses import dataclass
 from pathlib import Path
 
@@ -35,6 +37,21 @@ _MONTHS = "Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec"
 HEADER = re.compile(
     rf"Total files copied (?:{_DAYS}), (?:{_MONTHS}) [1-9]\d? 20\d\d At (?:0[1-9]|1[0-2]):[0-5]\d [AP]M Was (\d+)"
 )
+
+
+@dataclass
+class Started:
+    """A program that was started, and where what it says goes."""
+
+    process: subprocess.Popen[bytes]
+    output: Path
+    errors: Path
+    began: float
+
+    def kill(self) -> None:
+        """Ends it from outside, at once, wherever it is."""
+        self.process.kill()
+        self.process.wait()
 
 
 @dataclass
@@ -132,7 +149,8 @@ def read_link(path: Path) -> Link:
             raw = data[at + 2 : at + 2 + characters * width]
             text = raw.decode("utf-16-le" if width == 2 else "cp1252")
             at += 2 + characters * width
-        strings.append(text)
+        # Wine counts the zero at the end, Windows does not.
+        strings.append(text.rstrip("\0"))
     link.description, _, link.working_folder, _, link.icon = strings
     return link
 
@@ -145,7 +163,7 @@ class Machine:
         self._wine = wine
         self._tool = tool
         self._work = work
-        self._started: list[subprocess.Popen[str]] = []
+        self._started: list[Started] = []
         self.d = self._empty(work / "d")
         self.e = self._empty(work / "e")
         # Blanks in it, as where programs are kept.
@@ -197,41 +215,46 @@ class Machine:
 
     # ---- running ----
 
-    def start(self, *arguments: str, ignore_size_limit: int | None = None) -> subprocess.Popen[str]:
-        """Starts the program from a folder that is not its own. With `ignore_size_limit`, no file it writes can grow
-        past so many bytes: writing further fails with an error, as on a full disk."""
+    def start(self, *arguments: str, size_limit: int | None = None) -> Started:
+        """Starts the program from a folder that is not its own. With `size_limit`, no file it writes can grow past so
+        many bytes: writing further fails with an error, as on a full disk."""
 
         def limit() -> None:
-            if ignore_size_limit is not None:
+            if size_limit is not None:
                 signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-                resource.setrlimit(resource.RLIMIT_FSIZE, (ignore_size_limit, ignore_size_limit))
+                resource.setrlimit(resource.RLIMIT_FSIZE, (size_limit, size_limit))
 
-        process = subprocess.Popen(
-            self._wine.command(self.windows_folder + "\\" + PROGRAM, *arguments),
-            env=self._wine.env,
-            cwd=self._work,
-            stdin=subprocess.DEVNULL,
-            stdout=subprocess.PIPE,
-            stderr=subprocess.PIPE,
-            encoding="utf-8",
-            errors="replace",
-            preexec_fn=limit,
-            restore_signals=False,
-        )
-        self._started.append(process)
-        return process
+        number = len(self._started)
+        # Files, not pipes: a program that this one starts inherits them, and a pipe would end with that one.
+        output, errors = self._work / f"output{number}", self._work / f"errors{number}"
+        with output.open("wb") as output_file, errors.open("wb") as errors_file:
+            process = subprocess.Popen(
+                self._wine.command(self.windows_folder + "\\" + PROGRAM, *arguments),
+                env=self._wine.env,
+                cwd=self._work,
+                stdin=subprocess.DEVNULL,
+                stdout=output_file,
+                stderr=errors_file,
+                preexec_fn=limit,
+                restore_signals=False,
+            )
+        started = Started(process, output, errors, time.monotonic())
+        self._started.append(started)
+        return started
 
-    def wait(self, process: subprocess.Popen[str], timeout: float = 30) -> Ended:
+    def wait(self, started: Started, timeout: float = 30) -> Ended:
         """Waits for a started program. One that does not end fails the test, with the windows it shows."""
-        began = time.monotonic()
         try:
-            output, errors = process.communicate(timeout=timeout)
+            code = started.process.wait(timeout)
         except subprocess.TimeoutExpired:
             windows = self.tool("windows").output.splitlines()
-            process.kill()
-            process.communicate()
             raise AssertionError(f"did not end within {timeout} seconds; windows: {windows}") from None
-        return Ended(process.returncode, output, errors, time.monotonic() - began)
+        return Ended(
+            code,
+            started.output.read_text(encoding="utf-8", errors="replace"),
+            started.errors.read_text(encoding="utf-8", errors="replace"),
+            time.monotonic() - started.began,
+        )
 
     def run(self, *arguments: str, timeout: float = 60, **options: int) -> Ended:
         return self.wait(self.start(*arguments, **options), timeout)
@@ -241,24 +264,25 @@ class Machine:
         done = self._wine.run([str(self._tool), *arguments], timeout=timeout)
         return Ended(done.returncode, done.stdout, done.stderr, time.monotonic() - began)
 
-    def hold(self, windows_path: str) -> subprocess.Popen[str]:
-        """Another program that keeps a file open for itself alone, until `release`."""
-        process = subprocess.Popen(
+    @contextlib.contextmanager
+    def held(self, windows_path: str) -> Iterator[None]:
+        """While it lasts, another program keeps the file open for itself alone."""
+        holder = subprocess.Popen(
             self._wine.command(self._tool, "hold", windows_path),
             env=self._wine.env,
             stdin=subprocess.PIPE,
             stdout=subprocess.PIPE,
             encoding="utf-8",
         )
-        self._started.append(process)
-        assert process.stdout is not None
-        assert process.stdout.readline().strip() == "held"
-        return process
-
-    @staticmethod
-    def release(process: subprocess.Popen[str]) -> None:
-        process.communicate(timeout=20)
-        assert process.returncode == 0
+        try:
+            assert holder.stdout is not None
+            assert holder.stdout.readline().strip() == "held"
+            yield
+            holder.communicate(timeout=20)
+            assert holder.returncode == 0
+        finally:
+            holder.kill()
+            holder.wait()
 
     def attributes(self, windows_path: str, word: int | None = None) -> int:
         """The attribute word of a file as Windows programs see it, set to `word` first when there is one."""
@@ -266,15 +290,32 @@ class Machine:
         assert done.code == 0, done.errors
         return int(done.output)
 
+    def running(self) -> dict[int, str]:
+        """The programs of this test's program folder that run now, whoever started them: their command lines by process
+        id. In a Wine process the command line begins with the Windows path of the program."""
+        found = {}
+        for folder in Path("/proc").glob("[0-9]*"):
+            try:
+                command = (folder / "cmdline").read_bytes()
+                environment = (folder / "environ").read_bytes()
+            except OSError:
+                continue  # ended meanwhile, or somebody else's
+            ours = f"WINEPREFIX={self._wine.prefix}".encode() in environment.split(b"\0")
+            if ours and command.startswith(self.windows_folder.encode()):
+                found[int(folder.name)] = command.replace(b"\0", b" ").decode(errors="replace").strip()
+        return found
+
     def end_what_runs(self) -> list[str]:
         """Ends programs that a test left running and says which."""
-        left = []
-        for process in self._started:
-            if process.poll() is None:
-                left.append(" ".join(process.args))
-                process.kill()
-            process.communicate()
-        return left
+        left = self.running()
+        for process_id in left:
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(process_id, signal.SIGKILL)
+        for started in self._started:
+            if started.process.poll() is None:
+                started.process.kill()
+            started.process.wait()
+        return list(left.values())
 
     # ---- what a run leaves ----
 
@@ -316,7 +357,7 @@ def without_working_files(tree: Tree) -> Tree:
     return {path: entry for path, entry in tree.items() if not Path(path).match(WORKING_FILES)}
 
 
-def wait_until(condition, seconds: float = 20) -> bool:
+def wait_until(condition: Callable[[], object], seconds: float = 20) -> bool:
     """Polls until the condition holds; False when it does not within that time."""
     end = time.monotonic() + seconds
     while time.monotonic() < end:

@@ -42,13 +42,12 @@ def test_a_file_in_use_is_told_and_the_rest_is_saved(machine: Machine) -> None:
     write(machine.d / "Data" / "z.doc", "z")
     machine.configure({DAILY: [r"D:\Data"]})
 
-    holder = machine.hold(r"D:\Data\open.mdb")
-    ended = machine.run("C", NAME)
-    machine.release(holder)
+    with machine.held(r"D:\Data\open.mdb"):
+        ended = machine.run("C", NAME)
 
     assert_told(machine, ended, r"D:\Data\open.mdb")
     assert len(machine.errors()) == 1
-    assert machine.errors()[0].endswith("the file is in use by another program")
+    assert machine.errors()[0].endswith(": the file is in use by another program (error 32)")
     assert set(tree_of(machine.e / "Backups/Daily")) == {"Data", "Data/a.doc", "Data/z.doc"}
     assert len(machine.copied()) == 2
     assert r"D:\Data\open.mdb" not in machine.listed(NAME)
@@ -65,9 +64,8 @@ def test_the_old_copy_of_a_file_in_use_stays_whole(machine: Machine) -> None:
     saved = tree_of(machine.e)
     write(machine.d / "Data" / "open.mdb", "two", hours_ago=1)
 
-    holder = machine.hold(r"D:\Data\open.mdb")
-    ended = machine.run("C", NAME)
-    machine.release(holder)
+    with machine.held(r"D:\Data\open.mdb"):
+        ended = machine.run("C", NAME)
 
     assert_told(machine, ended, r"D:\Data\open.mdb")
     assert tree_of(machine.e) == saved
@@ -191,16 +189,27 @@ def test_a_location_must_not_take_the_name_of_a_program_file(machine: Machine, l
         "Weekly", "Weekly/Data", "Weekly/Data/a.doc", "Weekly/Data/deep", "Weekly/Data/deep/b.doc"}  # fmt: skip
 
 
-def test_a_location_that_holds_its_source_is_not_emptied(machine: Machine) -> None:
+def test_a_location_that_holds_its_own_source_is_left_alone(machine: Machine) -> None:
     write(machine.d / "Work" / "Data" / "a.doc", "the original")
     machine.configure({r"D:\Work": [r"D:\Work\Data"]})
+    before = tree_of(machine.d)
 
     ended = machine.run("A")
 
-    assert ended.code == 1
-    assert any(line.startswith(r"D:\Work: ") for line in machine.errors()), machine.errors()
-    assert (machine.d / "Work/Data/a.doc").read_text() == "the original"
-    assert (machine.d / "Work/Work/Data/a.doc").read_text() == "the original"
+    assert_told(machine, ended, r"D:\Work", r"D:\Work\Data")
+    assert tree_of(machine.d) == before
+
+
+def test_a_location_that_holds_a_source_of_another_is_not_emptied(machine: Machine) -> None:
+    write(machine.d / "Data" / "a.doc", "a")
+    write(machine.d / "Work" / "Plans" / "b.doc", "the original")
+    machine.configure({r"D:\Work": [r"D:\Data"], r"E:\Weekly": [r"D:\Work\Plans"]})
+
+    ended = machine.run("A")
+
+    assert_told(machine, ended, r"D:\Work")
+    assert (machine.d / "Work/Plans/b.doc").read_text() == "the original"
+    assert sorted(machine.copied()) == [r"D:\Work\Data\a.doc", r"E:\Weekly\Work\Plans\b.doc"]
 
 
 def test_a_location_that_holds_the_program_is_not_emptied(machine: Machine) -> None:

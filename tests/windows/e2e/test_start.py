@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from harness import DELETE_LIST, PROGRAM, SHORTCUT, Machine, read_link, tree_of, wait_until, write
+from harness import DELETE_LIST, SHORTCUT, Machine, read_link, tree_of, wait_until, write
 
 DAILY = r"E:\Backups\Daily"
 TITLE = "Marlok Backup Utility"
@@ -114,7 +114,7 @@ def test_the_result_is_shown_and_its_close_button_starts_the_program_again(machi
     assert machine.copied() == [DAILY + r"\Data\a.doc"]
     # The restarted program: its main window, and no restart program left after a while.
     assert machine.tool("close", TITLE, "20").code == 0
-    assert wait_until(lambda: TITLE not in machine.tool("windows").output.splitlines(), 20)
+    assert wait_until(lambda: not machine.running(), 20)
 
 
 def test_the_program_runs_from_any_folder_and_leaves_no_process(machine: Machine) -> None:
@@ -123,5 +123,5 @@ def test_the_program_runs_from_any_folder_and_leaves_no_process(machine: Machine
     for _ in range(3):
         assert machine.run("C").code == 0
 
-    assert PROGRAM not in machine.tool("windows").output
+    assert machine.running() == {}
     assert not (machine.folder / "Restart.exe").exists()

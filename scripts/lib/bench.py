@@ -1,0 +1,259 @@
+"""The benchmarks: see scripts/bench.
+
+Peers take turns within a round, so that a machine that gets slower gets slower for all of them; figures are medians of
+the rounds. A first copy starts without a target, its removal not being timed.
+"""
+
+from __future__ import annotations
+
+import argparse
+import json
+import os
+import platform
+import random
+import shutil
+import statistics
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+from wine_env import REPO, WineEnvironment, end_cleanly_on_signals
+
+WORK = REPO / "build" / "bench"
+DIST = REPO / "dist" / "Marlok Backup"
+BINARIES = REPO / "build" / "windows" / "tests" / "bench"
+SETTINGS = r"HKCU\Software\Marlok Software\Fenwold"
+LIST_LINES = 100_000
+
+
+def make_small(folder: Path, count: int) -> None:
+    """Files of 300 bytes to 4 KB, 100 a folder."""
+    pick = random.Random(count)
+    for number in range(count):
+        place = folder / f"group{number // 2000}" / f"folder{number // 100}"
+        if number % 100 == 0:
+            place.mkdir(parents=True)
+        (place / f"file{number}.txt").write_bytes(pick.randbytes(pick.randint(300, 4000)))
+
+
+def make_flat(folder: Path, count: int) -> None:
+    folder.mkdir(parents=True)
+    for number in range(count):
+        (folder / f"file{number}.dat").write_bytes(b"x" * (number % 500))
+
+
+def make_big(folder: Path) -> None:
+    folder.mkdir(parents=True)
+    pick = random.Random(1)
+    for number in range(50):
+        (folder / f"big{number}.bin").write_bytes(pick.randbytes(20 * 1000 * 1000))
+
+
+TREES = {
+    "small10k": (10_000, lambda folder: make_small(folder, 10_000)),
+    "small100k": (100_000, lambda folder: make_small(folder, 100_000)),
+    "big": (50, make_big),
+    "flat": (50_000, lambda folder: make_flat(folder, 50_000)),
+}
+
+
+class Bench:
+    """One run: the Wine machine, the program in it, the figures."""
+
+    def __init__(self, wine: WineEnvironment, rounds: int) -> None:
+        self.wine = wine
+        self.rounds = rounds
+        self.seconds: dict[str, list[float]] = {}
+        self.peak_kb = 0
+        self.program_folder = WORK / "program"
+        shutil.copytree(DIST, self.program_folder)
+        for letter, name in (("s", "sources"), ("t", "targets"), ("p", "program")):
+            (WORK / name).mkdir(exist_ok=True)
+            wine.map_drive(letter, WORK / name)
+
+    def timed(self, name: str, command: list[str], watch_memory: bool = False) -> None:
+        os.sync()
+        start = time.monotonic()
+        process = subprocess.Popen(
+            self.wine.command(*command), env=self.wine.env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL)  # fmt: skip
+        while watch_memory and process.poll() is None:
+            self.peak_kb = max(self.peak_kb, self._peak_of_program())
+            time.sleep(0.1)
+        code = process.wait()
+        passed = time.monotonic() - start
+        if code != 0:
+            raise SystemExit(f"{command[0]} ended with {code}")
+        self.seconds.setdefault(name, []).append(passed)
+        print(f"  {name}: {passed:.2f} s", flush=True)
+
+    def _peak_of_program(self) -> int:
+        """Largest resident set so far of the program's process, in KB."""
+        for status in Path("/proc").glob("[0-9]*/status"):
+            try:
+                if "Marlok Backup.exe" in (status.parent / "cmdline").read_text(errors="replace"):
+                    for line in status.read_text().splitlines():
+                        if line.startswith("VmHWM"):
+                            return int(line.split()[1])
+            except OSError:
+                continue
+        return 0
+
+    def configure(self, source: str) -> None:
+        self.wine.run(["reg", "delete", SETTINGS, "/f"])
+        for key, name, value in (("Target", "TargetPath2", r"T:\ours"), ("ours", "SourcePath2", source)):
+            done = self.wine.run(["reg", "add", f"{SETTINGS}\\{key}", "/v", name, "/d", value, "/f"])
+            if done.returncode != 0:
+                raise SystemExit(f"reg add failed: {done.stderr}")
+
+    def program(self, mode: str) -> list[str]:
+        return [str(self.program_folder / "Marlok Backup.exe"), mode, "ours"]
+
+    def tree(self, name: str) -> None:
+        print(f"{name}:", flush=True)
+        source = WORK / "sources" / name
+        TREES[name][1](source)
+        windows_source = f"S:\\{name}"
+        self.configure(windows_source)
+        xcopy = ["xcopy", windows_source, f"T:\\xcopy\\{name}", "/e", "/i", "/q", "/h", "/y", "/k"]
+        bare = [str(BINARIES / "bare_copy.exe"), windows_source, f"T:\\bare\\{name}"]
+        listing = [str(BINARIES / "bare_list.exe"), windows_source, f"T:\\ours\\{name}"]
+        peak = name == "small100k"
+        self.wine.run(["cmd", "/c", "exit"])
+        for _ in range(self.rounds):
+            for target in ("ours", "xcopy", "bare"):
+                shutil.rmtree(WORK / "targets" / target, ignore_errors=True)
+            (WORK / "targets" / "bare").mkdir()
+            self.timed(f"{name} first ours", self.program("C"), peak)
+            self.timed(f"{name} first xcopy", xcopy)
+            self.timed(f"{name} first bare", bare)
+            self.timed(f"{name} nochange ours", self.program("C"))
+            self.timed(f"{name} nochange xcopy", [*xcopy, "/d"])
+            self.timed(f"{name} nochange bare", listing)
+            self.timed(f"{name} all ours", self.program("A"))
+            self.timed(f"{name} all xcopy", xcopy)
+            self.timed(f"{name} all bare", bare)
+        for folder in (source, WORK / "targets" / "ours", WORK / "targets" / "xcopy", WORK / "targets" / "bare"):
+            shutil.rmtree(folder)
+
+    def original_list(self) -> dict[str, float]:
+        """Milliseconds of the list's own figures; and runs that add to a long list and to none."""
+        print("list:", flush=True)
+        done = self.wine.run([str(BINARIES / "list_scaling.exe"), "T:"], timeout=300)
+        figures = {line.split()[0]: float(line.split()[1]) for line in done.stdout.splitlines()}
+        for name, value in figures.items():
+            print(f"  {name}: {value:.2f} ms", flush=True)
+        make_small(WORK / "sources" / "added", 1000)
+        self.configure(r"S:\added")
+        lines = "".join(f"C:\\Data\\old\\folder{n // 100}\\file{n}.txt\r\n" for n in range(LIST_LINES))
+        for _ in range(self.rounds):
+            for name, text in (("empty", None), ("long", lines)):
+                shutil.rmtree(WORK / "targets" / "ours", ignore_errors=True)
+                list_file = self.program_folder / "ours.txt"
+                list_file.unlink(missing_ok=True)
+                if text is not None:
+                    list_file.write_text(text)
+                self.timed(f"list {name}", self.program("C"))
+        return figures
+
+    def median(self, name: str) -> float:
+        return statistics.median(self.seconds[name])
+
+
+def ratio_rows(bench: Bench, trees: list[str]) -> list[tuple[str, str, str]]:
+    rows = []
+
+    def row(what: str, value: float, most: float | None = None) -> None:
+        wanted = "" if most is None else f"at most {most}: {'reached' if value <= most else 'NOT reached'}"
+        rows.append((what, f"{value:.2f}", wanted))
+
+    for tree in trees:
+        m = lambda kind, peer: bench.median(f"{tree} {kind} {peer}")  # noqa: E731
+        small = tree.startswith("small")
+        row(f"{tree}: first copy / xcopy", m("first", "ours") / m("first", "xcopy"), 0.75 if small else None)
+        row(f"{tree}: first copy / bare CopyFileEx loop", m("first", "ours") / m("first", "bare"), 1.15)
+        row(f"{tree}: no-change run / xcopy /d", m("nochange", "ours") / m("nochange", "xcopy"), 0.15 if small else None)
+        row(f"{tree}: no-change run / bare listing of both trees", m("nochange", "ours") / m("nochange", "bare"))
+        row(f"{tree}: copy-all run / xcopy over", m("all", "ours") / m("all", "xcopy"))
+        row(f"{tree}: copy-all run / bare CopyFileEx loop over", m("all", "ours") / m("all", "bare"))
+    if {"small10k", "small100k"} <= set(trees):
+        per_file = [bench.median(f"{tree} first ours") / TREES[tree][0] for tree in ("small100k", "small10k")]
+        row("cost per file at 100,000 files / at 10,000", per_file[0] / per_file[1], 1.15)
+    return rows
+
+
+def list_rows(bench: Bench, figures: dict[str, float]) -> list[tuple[str, str, str]]:
+    both = figures["read"] + figures["write"]
+    rows = [
+        (f"adding {name[4:]} paths to a list of 100,000 / reading and writing it", f"{value / both:.2f}", "")
+        for name, value in figures.items()
+        if name.startswith("add_")
+    ]
+    rows.append(
+        ("run of 1,000 new files, list of 100,000 / no list", f"{bench.median('list long') / bench.median('list empty'):.2f}", "")
+    )
+    return rows
+
+
+def report(bench: Bench, rows: list[tuple[str, str, str]]) -> str:
+    version = subprocess.run(["wine", "--version"], env=bench.wine.env, capture_output=True, text=True, check=True)
+    lines = [
+        "# Benchmarks",
+        "",
+        f"{os.cpu_count()} cores, {platform.system()} {platform.release()}, {version.stdout.strip()}; medians of "
+        f"{bench.rounds} rounds, peers in turn, one prefix.",
+        "",
+        "| Ratio | | Wanted |",
+        "|---|---|---|",
+        *(f"| {what} | {value} | {wanted} |" for what, value, wanted in rows),
+        "",
+        "| Seconds | median | least | most |",
+        "|---|---|---|---|",
+        *(
+            f"| {name} | {statistics.median(values):.2f} | {min(values):.2f} | {max(values):.2f} |"
+            for name, values in bench.seconds.items()
+        ),
+        "",
+    ]
+    return "\n".join(lines)
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(prog="scripts/bench")
+    parser.add_argument("--rounds", type=int, default=3)
+    parser.add_argument("tree", nargs="*", help="small10k small100k big flat list")
+    options = parser.parse_args()
+    wanted = options.tree or [*TREES, "list"]
+    unknown = [name for name in wanted if name not in TREES and name != "list"]
+    if unknown:
+        parser.error(f"no such tree: {', '.join(unknown)}")
+    end_cleanly_on_signals()
+    shutil.rmtree(WORK, ignore_errors=True)
+    WORK.mkdir(parents=True)
+    trees = [name for name in wanted if name != "list"]
+    try:
+        with WineEnvironment() as wine:
+            bench = Bench(wine, options.rounds)
+            for name in trees:
+                bench.tree(name)
+            rows = ratio_rows(bench, trees)
+            if "list" in wanted:
+                rows += list_rows(bench, bench.original_list())
+            if bench.peak_kb:
+                mb = bench.peak_kb / 1024
+                rows.append(
+                    ("peak resident memory of the program at 100,000 files, MB", f"{mb:.0f}",
+                     f"below 120: {'reached' if mb < 120 else 'NOT reached'}"))  # fmt: skip
+            text = report(bench, rows)
+            (WORK / "bench.md").write_text(text)
+            (WORK / "bench.json").write_text(json.dumps({"seconds": bench.seconds, "ratios": rows}, indent=1))
+    finally:
+        for name in ("sources", "targets", "program"):
+            shutil.rmtree(WORK / name, ignore_errors=True)
+    print(text)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,418 @@
+#include "engine/Form6.h"
+
+#include "app/Main.h"
+#include "platform/RuntimeError.h"
+#include "tests/unit/ProgramFixture.h"
+
+namespace marlok::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class Form6Test : public ProgramTest {
+ protected:
+    Form6Test() {
+        machine.AddDrive('F');
+        machine.Seed({{R"(C:\Data\a.doc)", "one", At(10, 0)}, {R"(C:\Data\Sub\b.txt)", "two", At(10, 0)}});
+        Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
+    }
+
+    /// Loads the window with a command file of this text, as if it had been started by the main window.
+    Form6& Load(const std::string& commandFile) {
+        machine.Write(Beside("Command.txt"), commandFile);
+        return Load();
+    }
+
+    Form6& Load() {
+        program_ = std::make_unique<Program>(machine.machine(), nullptr);
+        program_->gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
+        return program_->windows.Load<Form6>(*program_);
+    }
+
+    /// Starts the whole program and lets it run until the window is shown.
+    Form6& Show(const std::string& arguments) {
+        machine.process.arguments = arguments;
+        program_ = std::make_unique<Program>(machine.machine(), nullptr);
+        app::Main(*program_);
+        auto& window = *program_->windows.Find<Form6>();
+        WaitFor(machine, *program_, [&] { return window.IsVisible(); });
+        return window;
+    }
+
+    Program& program() { return *program_; }
+
+    void TearDown() override {
+        program_.reset();
+        ProgramTest::TearDown();
+    }
+
+ private:
+    std::unique_ptr<Program> program_;
+};
+
+TEST_F(Form6Test, LinesOfTheCommandFileThatAreNeverLocations) {
+    const Form6& window =
+        Load("C\r\nS\r\ns\r\nA\r\na\r\n\r\n \r\n\r\r\n/\r\n,\r\n.\r\n\\\r\nC\r\nc\r\nNone\r\nSS\r\n  \r\n..\r\nlast");
+    EXPECT_THAT(window.List4.Items(), ElementsAre("C", "c", "None", "SS", "  ", ".."));
+}
+
+TEST_F(Form6Test, TheFirstLineIsPassedOverWhateverItHolds) {
+    EXPECT_THAT(Load("Save\r\nMore\r\n").List4.Items(), ElementsAre("More"));
+}
+
+TEST_F(Form6Test, ALastLineWithoutLineBreakIsPassedOver) {
+    EXPECT_THAT(Load("A\r\nSave").List4.Items(), IsEmpty());
+    EXPECT_THAT(Load("Save").List4.Items(), IsEmpty());
+    EXPECT_THAT(Load("").List4.Items(), IsEmpty());
+}
+
+TEST_F(Form6Test, ALineBreakIsBothCharacters) {
+    EXPECT_THAT(Load("C\nSave\r\nx\ny\r\n").List4.Items(), ElementsAre("x\ny"));
+}
+
+TEST_F(Form6Test, ACommandFileInTheCodePageIsUnderstood) {
+    EXPECT_THAT(Load("C\r\nS\xE4\r\n").List4.Items(), ElementsAre("S\u00E4"));
+}
+
+TEST_F(Form6Test, WithoutACommandFileEveryLocationRuns) {
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}, {R"(E:\More)", {R"(C:\Data\Sub)"}}});
+    Load();
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+    EXPECT_TRUE(machine.Exists(R"(E:\More\Data\Sub\b.txt)"));
+}
+
+TEST_F(Form6Test, AHiddenCommandFileIsNotSeen) {
+    machine.Seed({{Beside("Command.txt"), "C\r\nNone\r\n", {}, attribute::hidden}});
+    EXPECT_THAT(Load().List4.Items(), IsEmpty());
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+}
+
+TEST_F(Form6Test, AnUnreadableCommandFileIsARunTimeErrorAndNothingIsSaved) {
+    machine.Seed({{Beside("Command.txt"), "C\r\n"}});
+    machine.Lock(Beside("Command.txt"));
+    try {
+        Load();
+        FAIL() << "no error";
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.Number(), runtimeerror::permissionDenied);
+    }
+    EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+}
+
+TEST_F(Form6Test, ALineSelectsEveryLocationWhosePathHoldsItInAnyLetterCase) {
+    Configure(machine,
+              {{R"(E:\Backup)", {R"(C:\Data)"}}, {R"(F:\Old Backup)", {R"(C:\Data)"}}, {R"(E:\Save)", {R"(C:\Data)"}}});
+    EXPECT_EQ(RunUnattended(machine, "C backup"), exitcode::allDone);
+    EXPECT_TRUE(machine.Exists(R"(E:\Backup\Data\a.doc)"));
+    EXPECT_TRUE(machine.Exists(R"(F:\Old Backup\Data\a.doc)"));
+    EXPECT_FALSE(machine.Exists(R"(E:\Save)"));
+}
+
+TEST_F(Form6Test, LetterCaseBeyondEnglishDoesNotMatterEither) {
+    Configure(machine, {{"E:\\\u00C4ltere", {R"(C:\Data)"}}});
+    EXPECT_EQ(RunUnattended(machine, "C \u00E4LTERE"), exitcode::allDone);
+    EXPECT_TRUE(machine.Exists("E:\\\u00C4ltere\\Data\\a.doc"));
+}
+
+TEST_F(Form6Test, ALongerLineSelectsNoShorterPath) {
+    Configure(machine, {{R"(E:\Backup)", {R"(C:\Data)"}}});
+    EXPECT_EQ(RunUnattended(machine, R"(C E:\Backup\Old)"), exitcode::allDone);
+    EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+}
+
+TEST_F(Form6Test, AnyOfSeveralLinesSelects) {
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}, {R"(E:\More)", {R"(C:\Data)"}}, {R"(E:\Third)", {}}});
+    EXPECT_EQ(RunUnattended(machine, "C None More Third"), exitcode::allDone);
+    EXPECT_EQ(machine.Tree("E:\\"), (Tree{{"More\\", ""},
+                                          {"More\\Data\\", ""},
+                                          {"More\\Data\\Sub\\", ""},
+                                          {"More\\Data\\Sub\\b.txt", "two"},
+                                          {"More\\Data\\a.doc", "one"},
+                                          {"Third\\", ""}}));
+}
+
+TEST_F(Form6Test, LinesThatNameNoLocationLeaveALogOfOneLine) {
+    EXPECT_EQ(RunUnattended(machine, "C Nothing"), exitcode::allDone);
+    EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+    EXPECT_EQ(machine.Read(Beside("Backup Log File.txt")),
+              "Total files copied Monday, Nov 15 2004 At 12:00 PM Was 0\r\n");
+    EXPECT_EQ(machine.shell.Shortcuts().size(), 1U);
+    EXPECT_FALSE(machine.Exists(Beside("Save.txt")));
+}
+
+TEST_F(Form6Test, ASecondCIsALocationLine) {
+    EXPECT_EQ(RunUnattended(machine, "A C"), exitcode::allDone);
+    EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+    EXPECT_EQ(RunLog(machine).size(), 1U);
+}
+
+TEST_F(Form6Test, ALocationWithABlankBecomesTwoLines) {
+    Configure(machine, {{R"(E:\My Files)", {R"(C:\Data)"}}, {R"(E:\Filed)", {R"(C:\Data\Sub)"}}});
+    EXPECT_EQ(RunUnattended(machine, R"(C "Your Files")"), exitcode::allDone);
+    EXPECT_TRUE(machine.Exists(R"(E:\My Files\Data\a.doc)"));
+    EXPECT_FALSE(machine.Exists(R"(E:\Filed)"));
+}
+
+TEST_F(Form6Test, TheLogListsTheSavedCopiesInTheOrderOfCopying) {
+    machine.Seed({{R"(C:\Data\z.txt)", "z"}, {R"(C:\Data\Another\c.txt)", "c"}, {R"(C:\First\d.txt)", "d"}});
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)", R"(C:\First)"}}, {R"(F:\More)", {R"(C:\First)"}}});
+    machine.clock.SetNow(At(17, 12));
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_EQ(machine.Read(Beside("Backup Log File.txt")),
+              "Total files copied Monday, Nov 15 2004 At 05:12 PM Was 6\r\n"
+              "\r\n"
+              "E:\\Save\\Data\\a.doc\r\n"
+              "E:\\Save\\Data\\z.txt\r\n"
+              "E:\\Save\\Data\\Another\\c.txt\r\n"
+              "E:\\Save\\Data\\Sub\\b.txt\r\n"
+              "E:\\Save\\First\\d.txt\r\n"
+              "F:\\More\\First\\d.txt\r\n");
+    EXPECT_EQ(machine.Read(Beside("Save.txt")),
+              "C:\\Data\\a.doc\r\n"
+              "C:\\Data\\z.txt\r\n"
+              "C:\\Data\\Another\\c.txt\r\n"
+              "C:\\Data\\Sub\\b.txt\r\n"
+              "C:\\First\\d.txt\r\n");
+    EXPECT_EQ(machine.Read(Beside("More.txt")), "C:\\First\\d.txt\r\n");
+}
+
+TEST_F(Form6Test, TheLogHoldsTheLastRunAndTheListOfOriginalPathsHoldsAll) {
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    machine.Seed({{R"(C:\Data\c.txt)", "three"}, {R"(C:\Data\a.doc)", "newer", At(11, 0)}});
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_THAT(RunLog(machine),
+                ElementsAre(HasSubstr(" Was 2"), "", R"(E:\Save\Data\a.doc)", R"(E:\Save\Data\c.txt)"));
+    EXPECT_THAT(OriginalList(machine, "Save"),
+                ElementsAre(R"(C:\Data\a.doc)", R"(C:\Data\Sub\b.txt)", R"(C:\Data\c.txt)"));
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_THAT(RunLog(machine), ElementsAre(HasSubstr(" Was 0")));
+    EXPECT_EQ(OriginalList(machine, "Save").size(), 3U);
+}
+
+TEST_F(Form6Test, AnOriginalPathInsideAListedOneIsNotAddedAgain) {
+    machine.Seed({{R"(C:\Data\b.txt.bak)", "b"}, {Beside("Save.txt"), "C:\\Data\\a.docx\r\nc:\\data\\sub\\B.TXT\r\n"}});
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre(R"(C:\Data\a.docx)", R"(c:\data\sub\B.TXT)",
+                                                           R"(C:\Data\b.txt.bak)", R"(C:\Data\Sub\b.txt)"));
+}
+
+TEST_F(Form6Test, ALocationWithoutSourcesStillGetsAnEmptyList) {
+    Configure(machine, {{R"(E:\Empty)", {}}, {R"(E:\Save)", {R"(C:\Data)"}}});
+    machine.registry.SetString(SettingsKey("Empty"), "SourcePath1", R"(C:\Data)");
+    EXPECT_EQ(RunUnattended(machine, "C Empty"), exitcode::allDone);
+    EXPECT_EQ(machine.Read(Beside("Empty.txt")), "");
+    EXPECT_EQ(machine.Tree("E:\\"), (Tree{{"Empty\\", ""}}));
+}
+
+TEST_F(Form6Test, WithoutAnyLocationTheWindowGoesStraightToItsLog) {
+    for (const char* first : {"", "0"}) {
+        Configure(machine, {});
+        machine.registry.SetString(SettingsKey("Target"), "TargetPath2", first);
+        machine.registry.SetString(SettingsKey("Target"), "TargetPath3", R"(E:\Save)");
+        Form6& window = Load("C\r\n");
+        EXPECT_TRUE(window.Timer1.Running());
+        EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+        program().windows.Run();
+        EXPECT_THAT(RunLog(machine), ElementsAre(HasSubstr(" Was 0")));
+    }
+}
+
+TEST_F(Form6Test, ANestedLocationHasItsListInAFolder) {
+    Configure(machine, {{R"(E:\Backups\Daily)", {R"(C:\Data\Sub)"}}});
+    EXPECT_EQ(RunUnattended(machine, R"(C Backups\Daily)"), exitcode::allDone);
+    EXPECT_EQ(machine.Read(R"(E:\Backups\Daily\Data\Sub\b.txt)"), "two");
+    EXPECT_THAT(OriginalList(machine, R"(Backups\Daily)"), ElementsAre(R"(C:\Data\Sub\b.txt)"));
+}
+
+TEST_F(Form6Test, TheShortcutOpensTheLog) {
+    machine.Seed({{R"(C:\Users\User\Desktop\Backup Log File.lnk)", "old"}});
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    ASSERT_EQ(machine.shell.Shortcuts().size(), 1U);
+    const Shortcut& made = machine.shell.Shortcuts().front();
+    EXPECT_EQ(made.path, R"(C:\Users\User\Desktop\Backup Log File.lnk)");
+    EXPECT_EQ(made.targetPath, Beside("Backup Log File.txt"));
+    EXPECT_EQ(made.windowStyle, 1);
+    EXPECT_EQ(made.iconLocation, Beside("Marlok Backup.exe, 0"));
+    EXPECT_EQ(made.description, "Backup Log File");
+    EXPECT_EQ(made.workingDirectory, std::string(programFolder) + "\\");
+}
+
+TEST_F(Form6Test, AMissingDesktopIsToldOnStandardErrorAlone) {
+    machine.shell.desktopFolder = R"(C:\Gone)";
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(Failed("Backup Log File.lnk", error::pathNotFound)));
+    EXPECT_TRUE(machine.Exists(Beside("Backup Log File.txt")));
+}
+
+TEST_F(Form6Test, TheCommandFileIsGoneAfterTheRun) {
+    const Form6& window = Load("C\r\n");
+    EXPECT_FALSE(machine.Exists(Beside("Command.txt")));
+    EXPECT_TRUE(window.Timer1.Running());
+    EXPECT_EQ(window.Timer1.Interval(), 50U);
+    machine.Write(Beside("Command.txt"), "again");
+    program().windows.Run();
+    EXPECT_FALSE(machine.Exists(Beside("Command.txt")));
+}
+
+TEST_F(Form6Test, TheWholeRunEndsFiftyMillisecondsAfterTheCopying) {
+    const std::uint64_t begin = machine.clock.TickCount();
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_EQ(machine.clock.TickCount() - begin, 50U);
+    EXPECT_FALSE(machine.Exists(Beside("Command.txt")));
+}
+
+TEST_F(Form6Test, TheWindowIsNotShownUnlessAskedFor) {
+    Form6& window = Load("C\r\n");
+    EXPECT_FALSE(window.IsVisible());
+    EXPECT_FALSE(window.List2.Visible);
+    EXPECT_EQ(window.Label1.Caption.Get(), "91 Files Copied");
+    EXPECT_EQ(window.Caption(), "Marlok Backup Utility");
+    EXPECT_EQ(window.Command1.Caption.Get(), "Close");
+    window.Timer1_Timer();
+    EXPECT_FALSE(window.IsVisible());
+    EXPECT_FALSE(program().windows.AnyLoaded());
+}
+
+TEST_F(Form6Test, WhenAskedForTheResultIsShown) {
+    const Form6& window = Show("C S");
+    EXPECT_EQ(window.Label1.Caption.Get(), "2 Files Copied");
+    EXPECT_EQ(window.Label2.Caption.Get(), "Backup Program Is Finished");
+    EXPECT_TRUE(window.List2.Visible);
+    EXPECT_THAT(window.List2.Items(), ElementsAre(R"(E:\Save\Data\a.doc)", R"(E:\Save\Data\Sub\b.txt)"));
+    EXPECT_EQ(window.List2.ListIndex(), 0);
+    EXPECT_FALSE(window.Timer1.Running());
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
+    for (const forms::Control* hidden :
+         {static_cast<const forms::Control*>(&window.List1), static_cast<const forms::Control*>(&window.List3),
+          static_cast<const forms::Control*>(&window.List4), static_cast<const forms::Control*>(&window.TreeView1)}) {
+        EXPECT_FALSE(hidden->Visible) << hidden->Name();
+    }
+}
+
+TEST_F(Form6Test, AResultWithoutCopiesSelectsNothing) {
+    const Form6& window = Show("C S Nothing");
+    EXPECT_EQ(window.Label1.Caption.Get(), "0 Files Copied");
+    EXPECT_EQ(window.List2.ListIndex(), -1);
+}
+
+TEST_F(Form6Test, CloseStartsTheRestartProgramAndEndsTheProgram) {
+    machine.Seed({{Beside("Restart.exe"), "an old one"}});
+    Show("C S").Command1.Click();
+    EXPECT_THAT(machine.process.Started(), ElementsAre(Beside("Restart.exe")));
+    EXPECT_EQ(machine.Read(Beside("Restart.exe")), "restarter");
+    EXPECT_TRUE(machine.Exists(Beside("Restart.sec")));
+    EXPECT_FALSE(program().windows.AnyLoaded());
+    EXPECT_FALSE(program().gNodesSorted);
+    EXPECT_FALSE(program().gNodesExpanded);
+}
+
+TEST_F(Form6Test, CloseByTheUserEndsTheWholeProgram) {
+    machine.process.arguments = "C S";
+    Program whole(machine.machine(), nullptr);
+    app::Main(whole);
+    auto* window = whole.windows.Find<Form6>();
+    WaitFor(machine, whole, [&] { return window->IsVisible(); });
+    machine.desktop.Do([&] { window->Command1.Click(); });
+    whole.windows.Run();
+    EXPECT_EQ(whole.exitCode, exitcode::allDone);
+    EXPECT_EQ(machine.process.Started().size(), 1U);
+}
+
+TEST_F(Form6Test, WithoutTheRestartProgramCloseIsARunTimeErrorAndNothingEnds) {
+    Form6& window = Show("C S");
+    machine.Remove(Beside("Restart.sec"));
+    try {
+        window.Command1_Click();
+        FAIL() << "no error";
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.Number(), runtimeerror::fileNotFound);
+    }
+    EXPECT_THAT(machine.process.Started(), IsEmpty());
+    EXPECT_TRUE(program().windows.Find<Form6>() != nullptr);
+}
+
+TEST_F(Form6Test, TheScanFlagsAreSetWhileTheWindowIsLoaded) {
+    Load("C\r\n");
+    EXPECT_TRUE(program().gNodesSorted);
+    EXPECT_TRUE(program().gNodesExpanded);
+    program().windows.Run();
+    EXPECT_FALSE(program().gNodesSorted);
+    EXPECT_FALSE(program().gNodesExpanded);
+}
+
+TEST_F(Form6Test, TheWindowTakesAQuarterOfTheScreenFromItsQuarter) {
+    machine.desktop.SetScreenSize(20000, 16000);
+    const Form6& window = Load("C\r\n");
+    EXPECT_EQ(window.Left(), 5000);
+    EXPECT_EQ(window.Top(), 4000);
+    EXPECT_EQ(window.Width(), 10000);
+    EXPECT_EQ(window.Height(), 8000);
+}
+
+TEST_F(Form6Test, ExitCodes) {
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_EQ(RunUnattended(machine, "C Nothing"), exitcode::allDone);
+    machine.Seed({{R"(C:\Data\held.doc)", "held"}});
+    machine.Lock(R"(C:\Data\held.doc)");
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
+    machine.Lock(R"(C:\Data\held.doc)", false);
+    Configure(machine, {});
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::nothingRan);
+}
+
+TEST_F(Form6Test, ALogThatCannotBeWrittenIsAFailure) {
+    machine.Seed({{Beside("Backup Log File.txt"), "old"}});
+    machine.Lock(Beside("Backup Log File.txt"));
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
+    EXPECT_THAT(machine.process.ErrorLines(),
+                ElementsAre(Failed(Beside("Backup Log File.txt"), error::sharingViolation)));
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+}
+
+TEST_F(Form6Test, AListOfOriginalPathsThatCannotBeWrittenIsReported) {
+    machine.Seed({{Beside("Save.txt"), "C:\\x\r\n"}});
+    machine.Lock(Beside("Save.txt"));
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Save.txt"), error::sharingViolation)));
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+}
+
+TEST_F(Form6Test, WhatAListMissedIsListedByTheNextRun) {
+    machine.Seed({{Beside("Save.txt"), "C:\\x\r\n"}});
+    machine.Lock(Beside("Save.txt"));
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
+    machine.Lock(Beside("Save.txt"), false);
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre("C:\\x", R"(C:\Data\a.doc)", R"(C:\Data\Sub\b.txt)"));
+    EXPECT_THAT(WorkingFilesLeft(machine), IsEmpty());
+}
+
+TEST_F(Form6Test, CopyAllEmptiesTheLocationFirst) {
+    machine.Seed({{R"(E:\Save\Stale\x.txt)", "x"},
+                  {R"(E:\Save\Data\a.doc)", "newer than its source", At(11, 0)},
+                  {R"(E:\Save\y.txt)", "y", {}, attribute::readOnly | attribute::hidden},
+                  {R"(E:\Save\.kept\z.txt)", "z"},
+                  {R"(E:\Save\.gone)", "a file"},
+                  {R"(E:\Other\o.txt)", "o"}});
+    EXPECT_EQ(RunUnattended(machine, "A Save"), exitcode::allDone);
+    EXPECT_EQ(machine.Tree("E:\\"), (Tree{{"Other\\", ""},
+                                          {"Other\\o.txt", "o"},
+                                          {"Save\\", ""},
+                                          {"Save\\.kept\\", ""},
+                                          {"Save\\.kept\\z.txt", "z"},
+                                          {"Save\\Data\\", ""},
+                                          {"Save\\Data\\Sub\\", ""},
+                                          {"Save\\Data\\Sub\\b.txt", "two"},
+                                          {"Save\\Data\\a.doc", "one"}}));
+}
+
+TEST_F(Form6Test, ChangedFilesOnlyDeletesNothing) {
+    machine.Seed({{R"(E:\Save\Stale\x.txt)", "x"}});
+    EXPECT_EQ(RunUnattended(machine, "C Save"), exitcode::allDone);
+    EXPECT_EQ(machine.Read(R"(E:\Save\Stale\x.txt)"), "x");
+}
+
+}  // namespace
+}  // namespace marlok::test

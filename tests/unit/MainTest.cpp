@@ -1,0 +1,336 @@
+#include "app/Main.h"
+
+#include "app/Form2.h"
+#include "app/frmStartUp.h"
+#include "engine/Form6.h"
+#include "platform/RuntimeError.h"
+#include "tests/machine/ForwardingRegistry.h"
+#include "tests/unit/ProgramFixture.h"
+#include "ui/frmSSTab.h"
+
+namespace marlok::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// A registry that holds a source under every number.
+class EndlessRegistry : public ForwardingRegistry {
+ public:
+    using ForwardingRegistry::ForwardingRegistry;
+
+    SystemError OpenKey(const std::string& path, std::uint32_t access, std::unique_ptr<RegistryKey>& key) override {
+        std::unique_ptr<RegistryKey> inner;
+        const SystemError code = ForwardingRegistry::OpenKey(path, access, inner);
+        key = code == error::success ? std::make_unique<Key>(std::move(inner)) : nullptr;
+        return code;
+    }
+
+ private:
+    class Key : public RegistryKey {
+     public:
+        explicit Key(std::unique_ptr<RegistryKey> inner) : inner_(std::move(inner)) {}
+
+        SystemError QueryValue(const std::string& name, RegistryValue& value) override {
+            if (name.starts_with("SourcePath")) {
+                value = {registrytype::string, std::string("C:\\Data\0", 8)};
+                return error::success;
+            }
+            return inner_->QueryValue(name, value);
+        }
+        SystemError SetValue(const std::string& name, const RegistryValue& value) override {
+            return inner_->SetValue(name, value);
+        }
+        SystemError DeleteValue(const std::string& name) override { return inner_->DeleteValue(name); }
+        SystemError DeleteKey(const std::string& path) override { return inner_->DeleteKey(path); }
+        SystemError EnumValue(std::uint32_t index, std::string& name, RegistryValue& value) override {
+            return inner_->EnumValue(index, name, value);
+        }
+
+     private:
+        std::unique_ptr<RegistryKey> inner_;
+    };
+};
+
+class MainTest : public ProgramTest {
+ protected:
+    MainTest() {
+        machine.Seed({{R"(C:\Data\a.doc)", "one", At(10, 0)}});
+        Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
+    }
+
+    /// The program after its entry procedure, with the windows that it has loaded.
+    Program& Start(const std::string& arguments) {
+        machine.process.arguments = arguments;
+        program_ = std::make_unique<Program>(machine.machine(), nullptr);
+        app::Main(*program_);
+        return *program_;
+    }
+
+    /// Captions of the first windows that are loaded: one of them at most.
+    static std::string FirstWindow(const Program& program) {
+        std::string name;
+        name += program.windows.Find<app::frmStartUp>() != nullptr ? "frmStartUp" : "";
+        name += program.windows.Find<ui::frmSSTab>() != nullptr ? "frmSSTab" : "";
+        name += program.windows.Find<Form6>() != nullptr ? "Form6" : "";
+        return name;
+    }
+
+    void TearDown() override {
+        program_.reset();
+        ProgramTest::TearDown();
+    }
+
+    void StoreSource(const std::string& section, int number, const std::string& path) {
+        machine.registry.SetString(SettingsKey(section), "SourcePath" + std::to_string(number), path);
+    }
+
+ private:
+    std::unique_ptr<Program> program_;
+};
+
+TEST_F(MainTest, ASecondInstanceShowsItsMessageAndChangesNothing) {
+    machine.Seed({{Beside("DeleteFolder.txt"), "C:\\Old\r\n"}, {R"(C:\Old\x.txt)", "x"}, {Beside("Restart.exe"), "r"}});
+    const Tree before = machine.Tree("C:\\");
+    machine.process.SetOtherInstanceRuns(true);
+    EXPECT_EQ(RunProgram(machine, "A Save S"), exitcode::nothingRan);
+    ASSERT_EQ(machine.desktop.Messages().size(), 1U);
+    const ShownMessage& shown = machine.desktop.Messages().front();
+    EXPECT_EQ(shown.text, "This Program Is Already Running");
+    EXPECT_EQ(shown.title, "Marlok Info.....");
+    EXPECT_EQ(shown.style, messagestyle::ok | messagestyle::information);
+    EXPECT_EQ(machine.Tree("C:\\"), before);
+    EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+    EXPECT_EQ(machine.faults.Mutations(), 0U);
+}
+
+TEST_F(MainTest, ASecondInstanceLoadsNoWindow) {
+    machine.process.SetOtherInstanceRuns(true);
+    EXPECT_FALSE(Start("").windows.AnyLoaded());
+}
+
+TEST_F(MainTest, PendingDeletionsAreCarriedOutOnce) {
+    machine.Seed({{R"(C:\Old\Sub\x.txt)", "x"},
+                  {R"(C:\Single.txt)", "s"},
+                  {R"(C:\Kept\y.txt)", "y"},
+                  {Beside("DeleteFolder.txt"), "C:\\Old\r\n\r\nC:\\Single.txt\r\n"}});
+    Start("");
+    EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
+    EXPECT_FALSE(machine.Exists(R"(C:\Single.txt)"));
+    EXPECT_TRUE(machine.Exists(R"(C:\Kept\y.txt)"));
+    EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
+    EXPECT_TRUE(machine.Exists(Beside("Marlok Backup.exe")));
+}
+
+TEST_F(MainTest, ThePendingLineWithoutALineBreakCounts) {
+    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Missing\r\nC:\\Old"}});
+    Start("");
+    EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
+}
+
+TEST_F(MainTest, PendingPathsAreNotTrimmed) {
+    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {Beside("DeleteFolder.txt"), ";C:\\Old\r\n#C:\\Old\r\n"}});
+    Start("");
+    EXPECT_TRUE(machine.Exists(R"(C:\Old\x.txt)"));
+}
+
+TEST_F(MainTest, AnEmptyListOfPendingDeletionsIsDeleted) {
+    machine.Seed({{Beside("DeleteFolder.txt"), ""}});
+    Start("");
+    EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
+}
+
+TEST_F(MainTest, APendingPathThatCannotBeDeletedIsPassedOver) {
+    machine.Seed(
+        {{R"(C:\Held\x.txt)", "x"}, {R"(C:\Old\y.txt)", "y"}, {Beside("DeleteFolder.txt"), "C:\\Held\r\nC:\\Old\r\n"}});
+    machine.Lock(R"(C:\Held\x.txt)");
+    EXPECT_EQ(FirstWindow(Start("")), "frmSSTab");
+    EXPECT_TRUE(machine.Exists(R"(C:\Held\x.txt)"));
+    EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
+    EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
+}
+
+TEST_F(MainTest, APendingLinkGoesAndItsTargetStays) {
+    machine.Seed({{R"(C:\Precious\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Old\r\n"}});
+    machine.MakeLink(R"(C:\Old\Link)", R"(C:\Precious)");
+    Start("");
+    EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
+    EXPECT_EQ(machine.Read(R"(C:\Precious\x.txt)"), "x");
+}
+
+TEST_F(MainTest, AListOfPendingDeletionsInTheCodePageIsUnderstood) {
+    machine.Seed({{"C:\\\u00C4lt\\x.txt", "x"}, {Beside("DeleteFolder.txt"), "C:\\\xC4lt\r\n"}});
+    Start("");
+    EXPECT_FALSE(machine.Exists("C:\\\u00C4lt"));
+}
+
+TEST_F(MainTest, AHiddenListOfPendingDeletionsIsNotSeen) {
+    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Old\r\n", {}, attribute::hidden}});
+    Start("");
+    EXPECT_TRUE(machine.Exists(R"(C:\Old\x.txt)"));
+    EXPECT_TRUE(machine.Exists(Beside("DeleteFolder.txt")));
+}
+
+TEST_F(MainTest, AnUnreadableListOfPendingDeletionsEndsTheProgramWithAMessage) {
+    machine.Seed({{Beside("DeleteFolder.txt"), "C:\\Old\r\n"}});
+    machine.Lock(Beside("DeleteFolder.txt"));
+    EXPECT_EQ(RunProgram(machine, ""), exitcode::nothingRan);
+    ASSERT_EQ(machine.desktop.Messages().size(), 1U);
+    EXPECT_THAT(machine.desktop.Messages().front().text, HasSubstr("'70'"));
+    EXPECT_EQ(machine.desktop.Messages().front().style, messagestyle::stop);
+    EXPECT_EQ(machine.desktop.Messages().front().title, "Marlok Backup Utility");
+}
+
+TEST_F(MainTest, ARunTimeErrorOfAnUnattendedStartIsWrittenDown) {
+    machine.Seed({{Beside("DeleteFolder.txt"), "C:\\Old\r\n"}});
+    machine.Lock(Beside("DeleteFolder.txt"));
+    EXPECT_EQ(RunUnattended(machine, "A"), exitcode::nothingRan);
+    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(HasSubstr("'70'")));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(HasSubstr("(run-time error 70)")));
+}
+
+TEST_F(MainTest, TheFlagsStartCleared) {
+    const Program& program = Start("");
+    EXPECT_FALSE(program.gAllFiles);
+    EXPECT_FALSE(program.gShowMessage);
+    EXPECT_FALSE(program.gShowMessageBackground);
+    EXPECT_FALSE(program.gShowingOriginals);
+    EXPECT_TRUE(program.gFirstRun);
+    EXPECT_EQ(program.gAppFolder, std::string(programFolder) + "\\");
+    EXPECT_EQ(program.gCommandFile, Beside("Command.txt"));
+    EXPECT_EQ(program.gSettings->Company(), "Marlok Software");
+    EXPECT_EQ(program.gSettings->AppName(), "Fenwold");
+}
+
+TEST_F(MainTest, WithoutArgumentsTheMainWindowIsShown) {
+    Program& program = Start("");
+    EXPECT_EQ(FirstWindow(program), "frmSSTab");
+    EXPECT_TRUE(program.windows.Find<ui::frmSSTab>()->IsVisible());
+    EXPECT_FALSE(machine.Exists(Beside("Command.txt")));
+}
+
+TEST_F(MainTest, TheRestartWatcherIsLoadedHiddenWithItsTimerRunning) {
+    for (const char* arguments : {"", "C"}) {
+        const auto* watcher = Start(arguments).windows.Find<app::Form2>();
+        ASSERT_NE(watcher, nullptr);
+        EXPECT_FALSE(watcher->IsVisible());
+        EXPECT_TRUE(watcher->Timer1.Running());
+        EXPECT_EQ(watcher->Timer1.Interval(), 3000U);
+    }
+}
+
+TEST_F(MainTest, WithoutALocationTheStartUpWindowAsksForOneEvenWhenSourcesExist) {
+    Configure(machine, {});
+    StoreSource("Save", 2, R"(C:\Data)");
+    Program& program = Start("");
+    EXPECT_EQ(FirstWindow(program), "frmStartUp");
+    EXPECT_EQ(program.windows.Find<app::frmStartUp>()->Label3.Caption.Get(), "Backup Locations");
+    EXPECT_TRUE(program.windows.Find<app::frmStartUp>()->IsVisible());
+    EXPECT_EQ(program.gAppFolder, "");
+}
+
+TEST_F(MainTest, ALocationThatIsZeroEndsTheList) {
+    machine.registry.SetString(SettingsKey("Target"), "TargetPath2", "0");
+    machine.registry.SetString(SettingsKey("Target"), "TargetPath3", R"(E:\Save)");
+    Program& program = Start("");
+    EXPECT_EQ(program.windows.Find<app::frmStartUp>()->Label3.Caption.Get(), "Backup Locations");
+}
+
+TEST_F(MainTest, WithoutASourceTheStartUpWindowAsksForFiles) {
+    Configure(machine, {{R"(E:\Save)", {}}, {R"(E:\More)", {}}});
+    Program& program = Start("");
+    EXPECT_EQ(FirstWindow(program), "frmStartUp");
+    EXPECT_EQ(program.windows.Find<app::frmStartUp>()->Label3.Caption.Get(), "Files To Backup");
+}
+
+TEST_F(MainTest, TheUnattendedStartWithoutASourceLoadsTheStartUpWindowToo) {
+    Configure(machine, {{R"(E:\Save)", {}}});
+    EXPECT_EQ(FirstWindow(Start("A S")), "frmStartUp");
+    EXPECT_FALSE(machine.Exists(Beside("Command.txt")));
+}
+
+TEST_F(MainTest, ASourceOfTheSecondLocationCounts) {
+    Configure(machine, {{R"(E:\Save)", {}}, {R"(E:\More)", {R"(C:\Data)"}}});
+    EXPECT_EQ(FirstWindow(Start("")), "frmSSTab");
+}
+
+TEST_F(MainTest, ASourceNumberIsNotSetBackForTheNextLocation) {
+    // The first location holds SourcePath2 and 3 and stops at 4; a second one is looked up from 4 on. Both find enough.
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)", R"(C:\Two)"}}, {R"(E:\More)", {}}});
+    StoreSource("More", 4, R"(C:\Four)");
+    machine.faults.Reset();
+    EXPECT_EQ(FirstWindow(Start("")), "frmSSTab");
+    Lines read;
+    for (const Step& step : machine.faults.Journal()) {
+        if (step.operation == "QueryValue" && step.path.find("More") != std::string::npos) {
+            read.push_back(step.path);
+        }
+    }
+    ASSERT_GE(read.size(), 2U);
+    EXPECT_THAT(read[0], HasSubstr("SourcePath4"));
+    EXPECT_THAT(read[1], HasSubstr("SourcePath5"));
+}
+
+TEST_F(MainTest, TheFirstValueOfAListIsNumberedTwo) {
+    Configure(machine, {{R"(E:\Save)", {}}});
+    StoreSource("Save", 1, R"(C:\Data)");
+    EXPECT_EQ(FirstWindow(Start("")), "frmStartUp");
+}
+
+TEST_F(MainTest, TooManySourcesAreAnOverflow) {
+    EndlessRegistry registry(machine.registry);
+    Machine endless{registry,      machine.files,   machine.shell, machine.desktop,
+                    machine.clock, machine.process, machine.system};
+    Program program(endless, nullptr);
+    try {
+        app::Main(program);
+        FAIL() << "no overflow";
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.Number(), runtimeerror::overflow);
+    }
+}
+
+TEST_F(MainTest, LettersSetTheFlags) {
+    struct {
+        const char* arguments;
+        bool allFiles;
+        bool showMessage;
+    } const cases[] = {
+        {"A Nothing", true, false},    {"a Nothing", true, false},   {"c s Nothing", false, true},
+        {"A C Nothing", false, false}, {"C A Nothing", true, false}, {"x", false, false},
+        {"All -A _A", false, false},   {"S Nothing A", true, true},  {"/A/Nothing,S", true, true},
+    };
+    for (const auto& one : cases) {
+        const Program& program = Start(one.arguments);
+        EXPECT_EQ(FirstWindow(program), "Form6") << one.arguments;
+        EXPECT_EQ(program.gAllFiles, one.allFiles) << one.arguments;
+        EXPECT_EQ(program.gShowMessage, one.showMessage) << one.arguments;
+    }
+}
+
+TEST_F(MainTest, AnArgumentThatIsNoLetterStillRuns) {
+    const Program& program = Start("x");
+    EXPECT_EQ(FirstWindow(program), "Form6");
+    EXPECT_FALSE(program.windows.Find<Form6>()->IsVisible());
+}
+
+TEST_F(MainTest, ACommandFileThatCannotBeWrittenEndsTheProgram) {
+    machine.Seed({{Beside("Command.txt\\"), ""}});
+    EXPECT_EQ(RunUnattended(machine, "A"), exitcode::nothingRan);
+    EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(HasSubstr("Run-time error")));
+}
+
+TEST_F(MainTest, AProgramInTheRootOfADriveFindsItsFiles) {
+    machine.process.programFolder = "E:\\";
+    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {R"(E:\DeleteFolder.txt)", "C:\\Old"}});
+    const Program& program = Start("");
+    EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
+    EXPECT_EQ(program.gAppFolder, "E:\\");
+    EXPECT_EQ(program.gCommandFile, R"(E:\Command.txt)");
+}
+
+}  // namespace
+}  // namespace marlok::test

@@ -1,0 +1,193 @@
+#include <windows.h>
+
+#include <atomic>
+#include <vector>
+
+#include "platform/win32/Wide.h"
+#include "platform/win32/WidePath.h"
+#include "platform/win32/Win32Machine.h"
+#include "tests/contract/ContractMachine.h"
+#include "tests/windows/Waiting.h"
+#include "tests/windows/WineSide.h"
+
+namespace marlok::test {
+
+namespace {
+
+/// Below it every test has a key of its own.
+constexpr const wchar_t* keyRoot = L"Software\\Marlok Contract Test";
+
+/// Differs between tests and between runs at the same time.
+std::string UniqueName() {
+    static std::atomic<int> count = 0;
+    return "marlok-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++count);
+}
+
+std::string TempFolder() {
+    std::wstring folder(MAX_PATH + 1, L'\0');
+    folder.resize(GetTempPathW(static_cast<DWORD>(folder.size()), folder.data()));
+    while (!folder.empty() && folder.back() == L'\\') {
+        folder.pop_back();
+    }
+    return win32::FromWide(folder);
+}
+
+std::wstring Quoted(const std::string& text) {
+    return L"\"" + win32::ToWide(text) + L"\"";
+}
+
+class RealContractMachine : public ContractMachine {
+ public:
+    RealContractMachine();
+    RealContractMachine(const RealContractMachine&) = delete;
+    RealContractMachine& operator=(const RealContractMachine&) = delete;
+    ~RealContractMachine() override;
+
+    Machine& machine() override { return real_.machine(); }
+    std::string ScratchFolder() override { return folder_; }
+    std::string ScratchKey() override { return key_; }
+    bool MakeFolderLink(const std::string& path, const std::string& target) override;
+    bool CanRemoveLinks() override { return !IsWine(); }
+    bool KeepsOddNames() override;
+    bool KeepsReadOnlyFiles() override;
+    std::size_t LongestPath() override;
+
+ private:
+    [[nodiscard]] bool Exists(const std::string& path);
+    void RemoveTree(const std::string& folder);
+    void RemoveOne(const std::string& path, const DirectoryEntry& entry);
+    void RemoveLink(const std::string& path);
+
+    win32::Win32Machine real_;
+    std::string folder_;
+    std::string key_;
+};
+
+RealContractMachine::RealContractMachine() {
+    const std::string name = UniqueName();
+    folder_ = TempFolder() + "\\" + name;
+    key_ = win32::FromWide(keyRoot) + "\\" + name;
+    if (machine().files.CreateFolder(folder_) != error::success) {
+        throw std::runtime_error("no scratch folder can be made: " + folder_);
+    }
+}
+
+RealContractMachine::~RealContractMachine() {
+    RemoveTree(folder_);
+    // What is not there need not be removed, and the root stays while another run has keys below it.
+    static_cast<void>(RegDeleteTreeW(HKEY_CURRENT_USER, win32::ToWide(key_).c_str()));
+    static_cast<void>(RegDeleteKeyW(HKEY_CURRENT_USER, win32::ToWide(key_).c_str()));
+    DWORD below = 1;
+    HKEY root = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, keyRoot, 0, KEY_READ, &root) == ERROR_SUCCESS) {
+        RegQueryInfoKeyW(root, nullptr, nullptr, nullptr, &below, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                         nullptr);
+        RegCloseKey(root);
+    }
+    if (below == 0) {
+        static_cast<void>(RegDeleteKeyW(HKEY_CURRENT_USER, keyRoot));
+    }
+}
+
+bool RealContractMachine::Exists(const std::string& path) {
+    DirectoryEntry entry;
+    return machine().files.GetEntry(path, entry) == error::success;
+}
+
+bool RealContractMachine::MakeFolderLink(const std::string& path, const std::string& target) {
+    if (!IsWine()) {
+        constexpr DWORD unprivileged = 0x2;  // allowed to everybody where the developer mode is on
+        return CreateSymbolicLinkW(win32::ToWide(path).c_str(), win32::ToWide(target).c_str(),
+                                   SYMBOLIC_LINK_FLAG_DIRECTORY | unprivileged) != 0;
+    }
+    const std::string hostPath = HostPath(win32::ToWide(path));
+    const std::string hostTarget = HostPath(win32::ToWide(target));
+    return !hostPath.empty() && !hostTarget.empty() &&
+           StartOnHost(L"ln", L"-s " + Quoted(hostTarget) + L" " + Quoted(hostPath)) &&
+           WaitUntil([&] { return Exists(path); });
+}
+
+bool RealContractMachine::KeepsOddNames() {
+    // Asked of the disk itself, past the code under test: a name with a lone surrogate and a trailing blank.
+    const std::wstring name = L"odd\xD83D ";
+    const std::wstring folder = L"\\\\?\\" + win32::ToWide(folder_) + L"\\odd-names";
+    CreateDirectoryW(folder.c_str(), nullptr);
+    CloseHandle(CreateFileW((folder + L"\\" + name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+    bool kept = false;
+    WIN32_FIND_DATAW data{};
+    HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &data);
+    for (BOOL more = search != INVALID_HANDLE_VALUE; more != 0; more = FindNextFileW(search, &data)) {
+        kept = kept || name == data.cFileName;
+    }
+    FindClose(search);
+    RemoveTree(folder_ + "\\odd-names");
+    return kept;
+}
+
+bool RealContractMachine::KeepsReadOnlyFiles() {
+    const std::wstring path = win32::ToWide(folder_) + L"\\read-only";
+    CloseHandle(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_READONLY, nullptr));
+    HANDLE opened = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const bool kept = opened == INVALID_HANDLE_VALUE;
+    if (!kept) {
+        CloseHandle(opened);
+    }
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(path.c_str());
+    return kept;
+}
+
+std::size_t RealContractMachine::LongestPath() {
+    if (!IsWine()) {
+        return 32700;  // what the kernel's own prefix leaves of 32,767
+    }
+    constexpr std::size_t hostLimit = 4095;
+    const std::size_t hostFolder = HostPath(win32::ToWide(folder_)).size();
+    return hostLimit - hostFolder + folder_.size();
+}
+
+void RealContractMachine::RemoveTree(const std::string& folder) {
+    std::vector<DirectoryEntry> entries;
+    {
+        std::unique_ptr<FolderSearch> search;
+        DirectoryEntry entry;
+        for (SystemError code = machine().files.FindFirst(folder + "\\*", search, entry); code == error::success;
+             code = search->Next(entry)) {
+            if (entry.name != "." && entry.name != "..") {
+                entries.push_back(entry);
+            }
+        }
+    }
+    for (const DirectoryEntry& entry : entries) {
+        RemoveOne(folder + "\\" + entry.name, entry);
+    }
+    static_cast<void>(machine().files.RemoveFolder(folder));  // a rest in the temporary folder fails no test
+}
+
+void RealContractMachine::RemoveOne(const std::string& path, const DirectoryEntry& entry) {
+    if (entry.IsLink()) {
+        RemoveLink(path);
+    } else if (entry.IsFolder()) {
+        RemoveTree(path);
+    } else {
+        static_cast<void>(machine().files.SetAttributes(path, attribute::normal));
+        static_cast<void>(machine().files.Delete(path));
+    }
+}
+
+void RealContractMachine::RemoveLink(const std::string& path) {
+    if (machine().files.RemoveLink(path) == error::success) {
+        return;
+    }
+    if (StartOnHost(L"rm", Quoted(HostPath(win32::ToWide(path))))) {
+        static_cast<void>(WaitUntil([&] { return !Exists(path); }));
+    }
+}
+
+}  // namespace
+
+std::unique_ptr<ContractMachine> MakeContractMachine() {
+    return std::make_unique<RealContractMachine>();
+}
+
+}  // namespace marlok::test

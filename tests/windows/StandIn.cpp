@@ -1,0 +1,33 @@
+#include "tests/windows/StandIn.h"
+
+#include <windows.h>
+
+#include "platform/Text.h"
+#include "platform/win32/ModulePath.h"
+#include "platform/win32/Win32Machine.h"
+#include "tests/windows/Waiting.h"
+
+namespace marlok::test {
+
+bool IsStandIn() {
+    return win32::ModulePath().ends_with(L"\\Marlok Backup.exe");
+}
+
+int RunStandIn() {
+    win32::Win32Machine real;
+    Machine& machine = real.machine();
+    const std::string folder = machine.process.ProgramFolder();
+    std::unique_ptr<File> starts;
+    if (machine.files.Open(folder + "\\starts.txt", OpenMode::append, starts) != error::success ||
+        starts->Write(machine.process.CurrentFolder() + "\r\n") != error::success ||
+        starts->Close() != error::success) {
+        return 1;
+    }
+    DirectoryEntry entry;
+    return WaitUntil([&] { return machine.files.GetEntry(folder + "\\stop.txt", entry) == error::success; },
+                     std::chrono::minutes(1))
+               ? 0
+               : 1;
+}
+
+}  // namespace marlok::test
