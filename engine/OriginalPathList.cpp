@@ -107,7 +107,11 @@ SystemError AddToOriginalList(Program& program, const std::string& listPath,
                               const std::vector<std::string>& originals) {
     Machine& machine = program.machine;
     DirectoryEntry entry;
-    const bool exists = machine.files.GetEntry(listPath, entry) == error::success;
+    const SystemError looked = machine.files.GetEntry(listPath, entry);
+    const bool exists = looked == error::success;
+    if (!exists && looked != error::fileNotFound && looked != error::pathNotFound) {
+        return looked;  // a list that cannot be seen may be there all the same
+    }
     std::string bytes;
     if (exists) {
         const SystemError code = ReadWholeFile(machine.files, listPath, bytes);

@@ -23,7 +23,8 @@ class SavePlaces {
 
     /// Why the location must not be emptied before everything is copied into it; "" when it may be. Never: a location
     /// at or above a source of any location, the program folder, the Windows folder, or a list of original paths. And
-    /// not while one of the location's own sources is missing: its saved copies may be the only ones.
+    /// not while one of the location's own sources is missing: its saved copies may be the only ones. What cannot be
+    /// found out counts against emptying.
     [[nodiscard]] std::string WhyNotEmptied(const std::string& location) const;
 
     /// Tells where the copies that follow are written.
@@ -37,10 +38,15 @@ class SavePlaces {
     struct Source {
         std::string location;
         std::string path;
+
+        friend bool operator==(const Source&, const Source&) = default;
     };
+
+    [[nodiscard]] static std::vector<Source> ReadSources(Program& program);
 
     Program& program_;
     std::vector<Source> sources_;
+    bool settingsRead_ = false;
     std::vector<std::string> lists_;
     std::unordered_set<std::string> ownFiles_;  ///< folded, resolved
     std::string location_;

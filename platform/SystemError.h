@@ -10,6 +10,7 @@ using SystemError = std::uint32_t;
 /// The codes that the program or its tests name.
 namespace error {
 inline constexpr SystemError success = 0;
+inline constexpr SystemError invalidFunction = 1;
 inline constexpr SystemError fileNotFound = 2;
 inline constexpr SystemError pathNotFound = 3;
 inline constexpr SystemError accessDenied = 5;

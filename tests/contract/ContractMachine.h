@@ -33,9 +33,6 @@ class ContractMachine {
     /// True when the system keeps read-only files from being written and replaced. A Wine that runs as root cannot.
     virtual bool KeepsReadOnlyFiles() { return true; }
 
-    /// True when copies call their progress routine. The kernel of some Wines never does.
-    virtual bool TellsCopyProgress() { return true; }
-
     /// The longest path, in characters, that a file on this system's scratch disk can have.
     virtual std::size_t LongestPath() = 0;
 };

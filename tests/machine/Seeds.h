@@ -17,8 +17,7 @@ struct Seeded {
     std::uint32_t attributes = 0;       ///< besides directory and archive
 };
 
-/// What is below a folder: relative path -> content; folders end in "\" and have the content "". The folder that
-/// holds a file is no entry of its own unless it is empty otherwise: every folder is listed.
+/// What is below a folder: relative path -> content. Every folder is listed, ends in "\" and has the content "".
 using Tree = std::map<std::string, std::string>;
 
 }  // namespace marlok::test

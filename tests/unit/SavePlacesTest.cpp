@@ -50,13 +50,16 @@ class SavePlacesTest : public ProgramTest {
         const Tree after = machine.Tree("C:\\");
         for (const auto& [path, content] : before) {
             ASSERT_EQ(after.count(path), 1U) << path << " is gone";
-            EXPECT_EQ(after.at(path), content) << path;
+            if (!path.ends_with(programfile::errorLog) && !path.ends_with(programfile::runLog)) {
+                EXPECT_EQ(after.at(path), content) << path;
+            }
         }
     }
 };
 
 TEST_F(SavePlacesTest, AnOrdinaryLocationMayBeEmptied) {
-    Configure(machine, {{R"(E:\Save)", {R"(C:\Work\Data)"}}});
+    const std::vector<std::string> sources{R"(C:\Work\Data)"};
+    Configure(machine, {{R"(E:\Save)", sources}, {R"(C:\Work\Data2)", sources}, {R"(C:\Work\Data\Below)", sources}});
     EXPECT_EQ(WhyNotEmptied(R"(E:\Save)"), "");
     machine.Seed({{R"(E:\Save\)"}});
     EXPECT_EQ(WhyNotEmptied(R"(E:\Save)"), "");
@@ -159,7 +162,7 @@ TEST_F(SavePlacesTest, IdentityTellsWhatNoPathTells) {
 TEST_F(SavePlacesTest, PathsTellWhatNoIdentityTells) {
     NumberlessFiles files(machine.files);
     machine.disk.Substitute("S:", R"(C:\Work)");
-    Configure(machine, {{"S:\\", {R"(C:\Work\Data)"}}});
+    Configure(machine, {{"S:\\", {R"(C:\Work\Data)"}}, {R"(E:\Save)", {R"(C:\Other)"}}});
     EXPECT_NE(WhyNotEmptied(files, "S:\\"), "");
     EXPECT_EQ(WhyNotEmptied(files, R"(E:\Save)"), "");
 }

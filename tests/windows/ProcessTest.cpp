@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
+#include "platform/win32/Handles.h"
 #include "platform/win32/ModulePath.h"
 #include "platform/win32/Wide.h"
 #include "platform/win32/Win32Machine.h"
 #include "platform/win32/Win32Process.h"
-#include "tests/windows/Command.h"
 
 namespace marlok::win32 {
 namespace {
@@ -32,6 +32,21 @@ TEST(SingleInstance, IsClaimedOnceUntilItsHolderEnds) {
         EXPECT_FALSE(second.machine().process.ClaimSingleInstance());
     }
     EXPECT_TRUE(second.machine().process.ClaimSingleInstance());
+}
+
+TEST(StandardError, TakesALineInUtf8) {
+    Win32Machine real;
+    KernelHandle read;
+    KernelHandle write;
+    ASSERT_NE(CreatePipe(read.Receive(), write.Receive(), nullptr, 0), 0);
+    HANDLE before = GetStdHandle(STD_ERROR_HANDLE);
+    SetStdHandle(STD_ERROR_HANDLE, write.Get());
+    real.machine().process.WriteError("Error 70: C:\\Mäx");
+    SetStdHandle(STD_ERROR_HANDLE, before);
+    char buffer[100] = {};
+    DWORD count = 0;
+    ASSERT_NE(ReadFile(read.Get(), buffer, sizeof buffer, &count, nullptr), 0);
+    EXPECT_EQ(std::string(buffer, count), "Error 70: C:\\Mäx\r\n");
 }
 
 TEST(ProgramFolder, IsWhereTheProgramLies) {

@@ -11,6 +11,9 @@ from harness import Machine, Tree, file_entry, tree_of, wait_until, without_work
 DAILY = r"E:\Daily"
 FILES = 1500
 
+# Enough to be caught while it is copied.
+MEGABYTES = 300
+
 
 def seed_many(folder: Path, version: str, hours_ago: float) -> None:
     for number in range(FILES):
@@ -90,7 +93,7 @@ def test_a_big_file_that_was_being_replaced(machine: Machine) -> None:
     assert machine.run("C").code == 0
     saved = machine.e / "Daily" / "Data" / "big.bin"
     old = file_entry(saved)
-    write(big, os.urandom(1 << 20) * 700, 24)
+    write(big, os.urandom(1 << 20) * MEGABYTES, 24)
 
     process = machine.start("C")
     part = saved.parent / "~Marlok Backup.part"
@@ -102,7 +105,7 @@ def test_a_big_file_that_was_being_replaced(machine: Machine) -> None:
 
 
 def test_a_big_file_that_was_being_saved_for_the_first_time(machine: Machine) -> None:
-    write(machine.d / "Data" / "big.bin", os.urandom(1 << 20) * 700, 24)
+    write(machine.d / "Data" / "big.bin", os.urandom(1 << 20) * MEGABYTES, 24)
     machine.configure({DAILY: [r"D:\Data"]})
 
     process = machine.start("C")
