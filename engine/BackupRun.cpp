@@ -1,6 +1,6 @@
 #include "engine/BackupRun.h"
 
-#include <exception>
+#include <algorithm>
 #include <vector>
 
 #include "engine/LocationName.h"
@@ -181,13 +181,26 @@ void BackupRun::BackupSource(CopyLoop& loop, const std::string& location, const 
         return;
     }
     program_.machine.desktop.PaintPending();
-    ScanFolders(location, source);
+    const std::vector<FolderScan::Unlisted> unlisted = ScanFolders(location, source);
     folderCount_ += TreeView1_.NodeCount();
     window_.ShowFolderCount(folderCount_);
     loop.BackupSource(source);
+    ReportUnlisted(unlisted);
 }
 
-void BackupRun::ScanFolders(const std::string& location, const std::string& source) {
+/// Folders that the scan could not list; the copy loop has reported those that it could not list either. What is left
+/// was out of reach for a moment, and the folders below it are not saved.
+void BackupRun::ReportUnlisted(const std::vector<FolderScan::Unlisted>& folders) {
+    for (const FolderScan::Unlisted& folder : folders) {
+        const bool reported = std::ranges::any_of(
+            report_.Lines(), [&](const RunReport::Line& line) { return WithoutBackslash(line.path) == folder.path; });
+        if (!reported && IsDirectoryPath(program_.machine.files, folder.path)) {
+            report_.Add(folder.path, folder.code);
+        }
+    }
+}
+
+std::vector<FolderScan::Unlisted> BackupRun::ScanFolders(const std::string& location, const std::string& source) {
     forms::Node& root = TreeView1_.Add(nullptr, source + "Dir", source);
     root.Expanded = true;
     root.Sorted = true;
@@ -201,6 +214,7 @@ void BackupRun::ScanFolders(const std::string& location, const std::string& sour
     for (const std::string& folder : scan.missed) {
         report_.Add(folder, notScanned);
     }
+    return std::move(scan.unlisted);
 }
 
 /// Adds List3 to the location's list and clears it. False when the list could not be written, which is reported.

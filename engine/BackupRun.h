@@ -1,11 +1,13 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "engine/CopyLoop.h"
 #include "engine/Program.h"
 #include "engine/RunReport.h"
 #include "engine/SavePlaces.h"
+#include "fileops/FolderScan.h"
 #include "forms/TreeView.h"
 
 namespace marlok {
@@ -51,7 +53,8 @@ class BackupRun {
     void BackupSources(CopyLoop& loop, const std::string& location);
     void TrySource(CopyLoop& loop, const std::string& location, const std::string& source);
     void BackupSource(CopyLoop& loop, const std::string& location, const std::string& source);
-    void ScanFolders(const std::string& location, const std::string& source);
+    [[nodiscard]] std::vector<FolderScan::Unlisted> ScanFolders(const std::string& location, const std::string& source);
+    void ReportUnlisted(const std::vector<FolderScan::Unlisted>& folders);
     [[nodiscard]] bool WriteOriginalPaths(const std::string& location);
 
     Program& program_;

@@ -64,6 +64,10 @@ std::vector<FoundFolder> ListFolders(FolderScan& scan, const std::string& path) 
     DirectoryEntry entry;
     SystemError code = scan.files.FindFirst(path + "*.*", search, entry);
     if (code != error::success) {
+        // Nothing matches: the root of an empty drive.
+        if (code != error::fileNotFound) {
+            scan.unlisted.push_back({WithoutBackslash(path), code});
+        }
         return {};
     }
     if (!entry.IsFolder()) {
@@ -76,7 +80,9 @@ std::vector<FoundFolder> ListFolders(FolderScan& scan, const std::string& path) 
         Sort(std::move(entry), listing);
         entry = DirectoryEntry();
     }
-    if (scan.listed != nullptr && code == error::noMoreFiles) {
+    if (code != error::noMoreFiles) {
+        scan.unlisted.push_back({WithoutBackslash(path), code});
+    } else if (scan.listed != nullptr) {
         scan.listed->Keep(path, std::move(listing.files));
     }
     return std::move(listing.folders);

@@ -28,6 +28,13 @@ struct FolderScan {
 
     /// Receives the files of every folder that could be listed to its end; may be null.
     ListedFolders* listed = nullptr;
+
+    /// Folders that could not be listed to their end, and why: folders below them may be missing from the scan.
+    struct Unlisted {
+        std::string path;
+        SystemError code;
+    };
+    std::vector<Unlisted> unlisted = {};
 };
 
 /// Records every folder below `node`, whose full path is a folder: as a child node (key: the folder's path and "Dir",
