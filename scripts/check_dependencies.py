@@ -19,6 +19,9 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent / "lib"))
 from repo_files import REPO, repo_files  # noqa: E402
 
+# Where Debian's package puts its sources, headers included.
+GOOGLETEST = "/usr/src/googletest"
+
 # From the bottom to the top: a folder includes itself and those before it.
 LAYERS = ["platform", "forms", "fileops", "settings", "engine", "ui", "app"]
 
@@ -120,7 +123,8 @@ def check_includes() -> list[str]:
 
 def check_header_alone(name: str) -> str | None:
     # On standard input, so that the header is no "main file" with a pragma once to complain about.
-    compiler = ["g++", "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-Werror", "-I.", "-x", "c++", "-"]
+    googletest = ["-isystem", f"{GOOGLETEST}/googletest/include", "-isystem", f"{GOOGLETEST}/googlemock/include"]
+    compiler = ["g++", "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-Werror", "-I.", *googletest, "-x", "c++", "-"]
     result = subprocess.run(compiler, cwd=REPO, input=f'#include "{name}"\n', capture_output=True, text=True, check=False)
     return None if result.returncode == 0 else f"{name}:1: does not compile alone\n{result.stderr}"
 

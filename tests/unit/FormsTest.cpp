@@ -1,0 +1,187 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "forms/Controls.h"
+#include "forms/TreeView.h"
+#include "forms/Windows.h"
+#include "platform/RuntimeError.h"
+#include "tests/machine/InMemoryMachine.h"
+
+namespace marlok::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::vector<std::string>& Events() {
+    static std::vector<std::string> events;
+    return events;
+}
+
+class FirstForm : public forms::Form {
+ public:
+    explicit FirstForm(forms::Windows& windows) : Form(windows, "FirstForm", "First") {
+        Timer1.Tick = [this] {
+            Events().push_back("first tick");
+            if (onTick) {
+                onTick();
+            }
+        };
+    }
+    forms::Timer Timer1{*this, "Timer1", 100};
+    forms::ListBox List1{*this, "List1"};
+    std::function<void()> onTick;
+
+ protected:
+    void Form_Load() override { Events().push_back("first loaded"); }
+    void Form_Unload() override { Events().push_back("first unloaded"); }
+};
+
+class SecondForm : public forms::Form {
+ public:
+    explicit SecondForm(forms::Windows& windows) : Form(windows, "SecondForm", "Second") {
+        Timer1.Tick = [this] {
+            Events().push_back("second tick");
+            Timer1.Stop();
+        };
+    }
+    forms::Timer Timer1{*this, "Timer1", 250};
+
+ protected:
+    void Form_Unload() override {
+        Events().push_back("second unloaded");
+        throw RuntimeError(runtimeerror::overflow, "Overflow");
+    }
+};
+
+class FormsTest : public testing::Test {
+ protected:
+    FormsTest() { Events().clear(); }
+    InMemoryMachine machine;
+    forms::Windows windows{machine.desktop, machine.clock, nullptr};
+};
+
+TEST_F(FormsTest, AWindowIsLoadedOnceAndIsTheOnlyOneOfItsClass) {
+    EXPECT_EQ(windows.Find<FirstForm>(), nullptr);
+    FirstForm& form = windows.Load<FirstForm>();
+    EXPECT_EQ(&windows.Load<FirstForm>(), &form);
+    EXPECT_EQ(windows.Find<FirstForm>(), &form);
+    EXPECT_THAT(Events(), ElementsAre("first loaded"));
+}
+
+TEST_F(FormsTest, AHandlerMayUnloadItsOwnWindow) {
+    FirstForm& form = windows.Load<FirstForm>();
+    form.onTick = [&form] {
+        form.Unload();
+        form.Unload();  // the object is still there, and unloading it again does nothing
+    };
+    form.Timer1.Start();
+    windows.Run();
+    EXPECT_THAT(Events(), ElementsAre("first loaded", "first tick", "first unloaded"));
+    EXPECT_FALSE(windows.AnyLoaded());
+}
+
+TEST_F(FormsTest, TimersFireWhenTheyAreDueAndAgain) {
+    FirstForm& form = windows.Load<FirstForm>();
+    SecondForm& second = windows.Load<SecondForm>();
+    form.Timer1.Start();
+    second.Timer1.Start();
+    const std::uint64_t start = machine.clock.TickCount();
+    while (machine.clock.TickCount() - start < 300) {
+        windows.Turn();
+    }
+    EXPECT_THAT(Events(), ElementsAre("first loaded", "first tick", "first tick", "second tick", "first tick"));
+}
+
+TEST_F(FormsTest, AStoppedTimerAndTheTimerOfAnUnloadedWindowAreSilent) {
+    FirstForm& form = windows.Load<FirstForm>();
+    form.Timer1.Start();
+    form.Timer1.Stop();
+    machine.clock.Advance(1000);
+    windows.Turn();
+    form.Timer1.Start();
+    form.Unload();
+    machine.clock.Advance(1000);
+    windows.Turn();
+    EXPECT_THAT(Events(), ElementsAre("first loaded", "first unloaded"));
+}
+
+TEST_F(FormsTest, UnloadingAllGoesInTheOrderOfLoadingPastAWindowThatThrows) {
+    windows.Load<SecondForm>();
+    windows.Load<FirstForm>();
+    EXPECT_THROW(windows.UnloadAll(), RuntimeError);
+    EXPECT_FALSE(windows.AnyLoaded());
+    EXPECT_THAT(Events(), ElementsAre("first loaded", "second unloaded", "first unloaded"));
+}
+
+TEST_F(FormsTest, WhatAHandlerThrowsLeavesTheLoop) {
+    FirstForm& form = windows.Load<FirstForm>();
+    form.onTick = [] { throw RuntimeError(runtimeerror::pathNotFound, "Path not found"); };
+    form.Timer1.Start();
+    EXPECT_THROW(windows.Run(), RuntimeError);
+    windows.UnloadAll();
+}
+
+TEST_F(FormsTest, RefillingAListFiresNothing) {
+    forms::ListBox& list = windows.Load<FirstForm>().List1;
+    int clicks = 0;
+    list.Click = [&clicks] { ++clicks; };
+    list.AddItem("a");
+    list.AddItem("c");
+    list.InsertItem(1, "b");
+    list.SetSelected(1, true);
+    list.RemoveItem(0);
+    EXPECT_THAT(list.Items(), ElementsAre("b", "c"));
+    EXPECT_TRUE(list.Selected(0)) << "the selection moves with its line";
+    list.Clear();
+    EXPECT_EQ(clicks, 0);
+    EXPECT_EQ(list.List(0), "") << "outside the list";
+    EXPECT_EQ(list.ListIndex(), -1);
+}
+
+TEST_F(FormsTest, SelectingALineInCodeFiresClickOnce) {
+    forms::ListBox& list = windows.Load<FirstForm>().List1;
+    int clicks = 0;
+    list.Click = [&clicks] { ++clicks; };
+    list.AddItem("a");
+    list.AddItem("b");
+    list.SetListIndex(1);
+    list.SetListIndex(1);
+    EXPECT_EQ(clicks, 1);
+    EXPECT_TRUE(list.Selected(1));
+    list.SetListIndex(0);
+    EXPECT_FALSE(list.Selected(1)) << "one line at a time";
+    list.SetListIndex(7);
+    EXPECT_EQ(list.ListIndex(), -1);
+    EXPECT_EQ(clicks, 2);
+}
+
+TEST_F(FormsTest, TheUserSelectsSeveralLines) {
+    forms::ListBox& list = windows.Load<FirstForm>().List1;
+    list.MultiSelect = true;
+    int clicks = 0;
+    list.Click = [&clicks] { ++clicks; };
+    for (const char* line : {"a", "b", "c"}) {
+        list.AddItem(line);
+    }
+    list.UserSelected(2, {0, 2, 9});
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(list.ListIndex(), 2);
+    EXPECT_TRUE(list.Selected(0) && !list.Selected(1) && list.Selected(2));
+}
+
+TEST_F(FormsTest, ATreeHasUniqueKeysAndPaths) {
+    forms::TreeView tree(windows.Load<FirstForm>(), "TreeView1");
+    forms::Node& root = tree.Add(nullptr, "C:\\DataDir", "C:\\Data");
+    forms::Node& child = tree.Add(&root, "C:\\Data\\aDir", "a");
+    EXPECT_EQ(child.FullPath(), "C:\\Data\\a");
+    EXPECT_THAT(root.Children(), ElementsAre(&child));
+    EXPECT_THROW(tree.Add(&root, "C:\\Data\\aDir", "a"), RuntimeError);
+    EXPECT_EQ(tree.NodeCount(), 2);
+    tree.Clear();
+    EXPECT_EQ(tree.NodeCount(), 0);
+    EXPECT_EQ(tree.Find("C:\\DataDir"), nullptr);
+}
+
+}  // namespace
+}  // namespace marlok::test
