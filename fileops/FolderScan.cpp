@@ -93,7 +93,7 @@ bool MayDescend(const std::vector<Level>& way, const std::string& target) {
     return std::ranges::none_of(way, [&target](const Level& level) { return IsAtOrBelow(level.finalPath, target); });
 }
 
-Level Enter(FolderScan& scan, forms::Node& node, std::string path, std::string finalPath) {
+Level Enter(FolderScan& scan, forms::Node& node, const std::string& path, std::string finalPath) {
     Level level{&node, AddBackslash(path), std::move(finalPath), {}, 0};
     level.folders = ListFolders(scan, level.path);
     return level;

@@ -107,7 +107,7 @@ void ListBox::SetSelected(int index, bool selected) {
     Changed(Aspect::selection);
 }
 
-void ListBox::UserSelected(int index, std::vector<int> selected) {
+void ListBox::UserSelected(int index, const std::vector<int>& selected) {
     listIndex_ = index >= 0 && index < ListCount() ? index : -1;
     selected_.assign(selected_.size(), false);
     for (const int line : selected) {

@@ -89,7 +89,7 @@ class ListBox : public Control {
     void SetSelected(int index, bool selected);
 
     /// For the view: the user has moved to `index` and selected exactly `selected`. Fires Click.
-    void UserSelected(int index, std::vector<int> selected);
+    void UserSelected(int index, const std::vector<int>& selected);
 
     /// True when several lines may be selected at a time.
     bool MultiSelect = false;

@@ -23,14 +23,15 @@ std::uint64_t DaysInMonth(int year, int month) {
 }  // namespace
 
 FileTime ToFileTime(const LocalTime& time) {
-    std::uint64_t days = static_cast<std::uint64_t>(time.day - 1);
+    std::uint64_t days = static_cast<std::uint64_t>(time.day) - 1;
     for (int year = 1601; year < time.year; ++year) {
         days += DaysInYear(year);
     }
     for (int month = 1; month < time.month; ++month) {
         days += DaysInMonth(time.year, month);
     }
-    const auto seconds = static_cast<std::uint64_t>(time.hour * 3600 + time.minute * 60 + time.second);
+    const auto seconds = static_cast<std::uint64_t>(time.hour) * 3600 + static_cast<std::uint64_t>(time.minute) * 60 +
+                         static_cast<std::uint64_t>(time.second);
     return (days * secondsPerDay + seconds) * unitsPerSecond;
 }
 

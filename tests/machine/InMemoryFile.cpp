@@ -64,10 +64,16 @@ SystemError OpenNode(InMemoryDisk& disk, const std::string& path, OpenMode mode,
 
 InMemoryFile::InMemoryFile(InMemoryDisk& disk, FaultPlan& faults, int& openFiles, std::string path, NodePtr node,
                            OpenMode mode)
-    : disk_(disk), faults_(faults), openFiles_(openFiles), path_(std::move(path)), node_(std::move(node)), mode_(mode) {
+    : disk_(disk),
+      faults_(faults),
+      openFiles_(openFiles),
+      path_(std::move(path)),
+      node_(std::move(node)),
+      mode_(mode),
+      position_(mode == OpenMode::append ? node_->content.size() : 0) {
     ++openFiles_;
-    ++(Writes() ? node_->writers : node_->readers);
-    position_ = mode_ == OpenMode::append ? node_->content.size() : 0;
+    int& users = Writes() ? node_->writers : node_->readers;
+    ++users;
 }
 
 InMemoryFile::~InMemoryFile() {
@@ -76,7 +82,11 @@ InMemoryFile::~InMemoryFile() {
 
 void InMemoryFile::Release() {
     if (node_ != nullptr) {
-        --(Writes() ? node_->writers : node_->readers);
+        if (Writes()) {
+            --node_->writers;
+        } else {
+            --node_->readers;
+        }
         --openFiles_;
         node_.reset();
     }
