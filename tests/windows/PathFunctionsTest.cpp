@@ -4,6 +4,9 @@
 #include <windows.h>
 // Behind windows.h, whose types it uses.
 #include <shlwapi.h>
+// The system's header gives our functions' names another meaning.
+#undef PathFindNextComponent
+#undef PathFindFileName
 
 #include <set>
 
@@ -33,13 +36,13 @@ std::set<std::string> Paths() {
 
 std::string NextComponentOfSystem(const std::string& path) {
     const std::wstring wide = win32::ToWide(path);
-    const wchar_t* next = PathFindNextComponentW(wide.c_str());
+    const wchar_t* next = ::PathFindNextComponentW(wide.c_str());
     return next == nullptr ? std::string() : win32::FromWide(next);
 }
 
 std::string FileNameOfSystem(const std::string& path) {
     const std::wstring wide = win32::ToWide(path);
-    return win32::FromWide(PathFindFileNameW(wide.c_str()));
+    return win32::FromWide(::PathFindFileNameW(wide.c_str()));
 }
 
 TEST(PathFunctionsTest, TheTableIsLongEnough) {
@@ -70,7 +73,7 @@ TEST(PathFunctionsTest, WhatAFolderIs) {
          {scratch, scratch + "\\", scratch + "\\folder", scratch + "\\folder\\", scratch + "\\file.txt",
           scratch + "\\none", scratch + "\\none\\none", std::string("C:\\"), std::string("C:"), std::string("Q:\\"),
           std::string(""), scratch + "\\folder\\..", scratch + "\\folder\\."}) {
-        EXPECT_EQ(IsDirectoryPath(files, path), PathIsDirectoryW(win32::ToWide(path).c_str()) != FALSE) << path;
+        EXPECT_EQ(IsDirectoryPath(files, path), ::PathIsDirectoryW(win32::ToWide(path).c_str()) != FALSE) << path;
     }
 }
 
