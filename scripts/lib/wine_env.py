@@ -267,6 +267,7 @@ def end_cleanly_on_signals() -> None:
     """Turns the signals that end a process into an exit, so that `with` blocks and `finally` are passed through."""
 
     def leave(number: int, _: object) -> None:
+        print(f"ended by {signal.Signals(number).name}", file=sys.stderr, flush=True)
         raise SystemExit(128 + number)
 
     for number in (signal.SIGTERM, signal.SIGHUP):

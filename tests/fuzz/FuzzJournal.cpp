@@ -1,0 +1,34 @@
+// Any bytes may stand in a journal; what is read from it comes back the same when it is written and read again.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "engine/RunJournal.h"
+
+namespace {
+
+bool Same(const marlok::JournalEntry& a, const marlok::JournalEntry& b) {
+    return a.size == b.size && a.time == b.time && a.replaces == b.replaces && a.target == b.target &&
+           a.source == b.source;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string text(data, data + size);
+    for (const auto& group : marlok::ParseJournal(text)) {
+        const auto again = marlok::ParseJournal(marlok::FormatJournalGroup(group));
+        if (again.size() != 1 || again.front().size() != group.size()) {
+            std::abort();
+        }
+        for (std::size_t i = 0; i < group.size(); ++i) {
+            if (!Same(group[i], again.front()[i])) {
+                std::abort();
+            }
+        }
+    }
+    return 0;
+}
