@@ -220,6 +220,11 @@ def dist_stage(log: Path) -> Count:
     return Count(0, 1) if faults else Count(1, 0)
 
 
+def demo_stage(log: Path) -> Count:
+    """The first command of the README does what it says."""
+    return check(log, ["scripts/demo"], 300)
+
+
 def windows_stage(log: Path) -> Count:
     """The tests on the real machine, all in one process."""
     report = OUTPUT / "windows.xml"
@@ -285,6 +290,7 @@ STAGES = [
     Stage("tidy", "clang-tidy on the program and the in-memory machine", tidy_stage, needs=["build-host"]),
     Stage("build-windows", "the program and its tests", build_windows_stage),
     Stage("dist", "what ships", dist_stage, needs=["build-windows"]),
+    Stage("demo", "the demonstration", demo_stage, needs=["build-windows"]),
     Stage("windows", "tests on the real machine", windows_stage, needs=["build-windows"]),
     Stage("e2e", "the built program, end to end", e2e_stage, needs=["build-windows"]),
     Stage("tidy-tests", "clang-tidy on the test cases", tidy_tests_stage, nightly=True, needs=["build-host"]),
