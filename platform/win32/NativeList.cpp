@@ -115,7 +115,7 @@ void NativeList::MirrorItems() {
                                                   std::make_reverse_iterator(newEnd));
     const auto tail = static_cast<std::size_t>(oldTail - shown_.rbegin());
     ReplaceLines(start, shown_.size() - start - tail, wanted.size() - start - tail);
-    // Only the part that differs: copying all lines each time would cost more than showing the new ones.
+    // Only the lines that differ: copying all lines each time would cost more than showing the new ones.
     shown_.erase(oldEnd, shown_.end() - static_cast<std::ptrdiff_t>(tail));
     shown_.insert(shown_.begin() + static_cast<std::ptrdiff_t>(start), newEnd,
                   wanted.end() - static_cast<std::ptrdiff_t>(tail));

@@ -82,7 +82,7 @@ PathParts ParseNetwork(std::string_view rest, PathRules rules) {
     return parts;
 }
 
-/// "X:..." with the part behind the colon.
+/// "X:..." with what stands behind the colon.
 PathParts ParseDrive(const std::string& path, const std::string& currentFolder, PathRules rules) {
     PathParts parts;
     const std::string_view rest = std::string_view(path).substr(2);
