@@ -3,6 +3,7 @@
 #include "app/CommandLine.h"
 #include "engine/RunLog.h"
 #include "fileops/FolderFunctions.h"
+#include "forms/Area.h"
 #include "ui/frmSSTab.h"
 
 namespace marlok::app {
@@ -10,15 +11,26 @@ namespace marlok::app {
 namespace {
 
 // Twips.
-constexpr int windowWidth = 5400;
-constexpr int windowHeight = 2400;
+constexpr int windowWidth = 6300;
+constexpr int windowHeight = 2700;
 constexpr int margin = 300;
-constexpr int lineHeight = 360;
+constexpr int welcomeHeight = 660;
+constexpr int lineHeight = 435;
+constexpr int pictureSize = 1920;
+
+// Points.
+constexpr int welcomeSize = 20;
+constexpr int requestSize = 12;
 
 }  // namespace
 
 frmStartUp::frmStartUp(forms::Windows& windows, Program& program)
     : Form(windows, "frmStartUp", "Marlok Backup Utility"), program_(program) {
+    Picture1.Picture = std::string("program");
+    Picture1.AccessibleName = Caption();
+    Label1.TextFont = forms::Font{"", welcomeSize, true};
+    Label2.TextFont = forms::Font{"", requestSize, false};
+    Label3.TextFont = forms::Font{"", requestSize, true};
     Timer1.Tick = [this] { Timer1_Timer(); };
     Timer2.Tick = [this] { Timer2_Timer(); };
 }
@@ -31,11 +43,11 @@ void frmStartUp::Form_Load() {
 }
 
 void frmStartUp::Form_Resize() {
-    int top = margin;
-    for (forms::Label* label : {&Label1, &Label2, &Label3}) {
-        label->MoveTo(margin, top, Width() - 2 * margin, lineHeight);
-        top += lineHeight + margin / 2;
-    }
+    forms::Area inner = forms::Area{0, 0, Width(), Height()}.Inside(margin);
+    Put(Picture1, inner.TakeLeft(pictureSize, margin));
+    Put(Label1, inner.TakeTop(welcomeHeight, margin / 2));
+    Put(Label2, inner.TakeTop(lineHeight));
+    Put(Label3, inner.TakeTop(lineHeight));
 }
 
 void frmStartUp::Timer1_Timer() {
@@ -48,7 +60,14 @@ void frmStartUp::Timer1_Timer() {
         Timer2.Start();
         return;
     }
-    program_.windows.Load<ui::frmSSTab>(program_).Show();
+    auto& window = program_.windows.Load<ui::frmSSTab>(program_);
+    window.Frame1.Visible = false;
+    window.Command8.Enabled = false;
+    window.Command9.Enabled = false;
+    window.SetTabList();
+    const bool anyLocation = program_.Configuration().AnyLocation();
+    window.SSTab1.SetTab(anyLocation ? ui::tab::filesToBackup : ui::tab::backupFolder);
+    window.Show();
     Unload();
 }
 

@@ -15,6 +15,7 @@ class frmStartUp : public forms::Form {
     forms::Label Label1{*this, "Label1", "Welcome"};
     forms::Label Label2{*this, "Label2", "Please Select"};
     forms::Label Label3{*this, "Label3", "Backup Files"};  ///< Main says what is missing
+    forms::PictureBox Picture1{*this, "Picture1"};
     forms::Timer Timer1{*this, "Timer1", 2500};
     forms::Timer Timer2{*this, "Timer2", 500};
 

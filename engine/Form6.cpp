@@ -11,6 +11,8 @@
 #include "fileops/FileOperations.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
+#include "forms/Area.h"
+#include "forms/Measures.h"
 #include "platform/Text.h"
 
 namespace marlok {
@@ -20,11 +22,7 @@ namespace {
 /// Lines of the command file that are never location lines.
 constexpr std::array<std::string_view, 10> passedOver{"S", "s", "A", "a", " ", "", "\r", "/", ",", "."};
 
-// Sizes in twips (1440 to the inch).
-constexpr int margin = 165;
-constexpr int lineHeight = 300;
-constexpr int buttonWidth = 1320;
-constexpr int buttonHeight = 390;
+// Twips.
 constexpr int leastHeight = 3600;
 
 bool IsPassedOver(std::string_view line) {
@@ -40,6 +38,7 @@ Form6::Form6(forms::Windows& windows, Program& program)
          std::initializer_list<forms::Control*>{&List1, &List3, &List4, &Text1, &Text2, &TreeView1}) {
         storage->Visible = false;
     }
+    List2.AccessibleName = std::string("Files Copied");
     Command1.Click = [this] { Command1_Click(); };
     Timer1.Tick = [this] { Timer1_Timer(); };
 }
@@ -53,6 +52,8 @@ void Form6::Form_Load() {
     // Gone or locked, it makes no difference here: the next run writes its own, and unloading tries again.
     static_cast<void>(DeleteThisFile(program_.machine.files, program_.machine.shell, program_.gCommandFile));
     Timer1.Start();
+    // A click on the main window, made while nothing could answer it, is not meant for what it shows now.
+    program_.machine.desktop.DiscardInput();
 }
 
 void Form6::PlaceWindow() {
@@ -62,13 +63,13 @@ void Form6::PlaceWindow() {
 }
 
 void Form6::Form_Resize() {
-    const int inner = Width() - 2 * margin;
-    Label2.MoveTo(margin, margin, inner, lineHeight);
-    Label1.MoveTo(margin, margin + lineHeight, inner, lineHeight);
-    const int listTop = 2 * margin + 2 * lineHeight;
-    const int buttonTop = Height() - margin - buttonHeight;
-    List2.MoveTo(margin, listTop, inner, buttonTop - margin - listTop);
-    Command1.MoveTo(Width() - margin - buttonWidth, buttonTop, buttonWidth, buttonHeight);
+    namespace measure = forms::measure;
+    forms::Area inner = forms::Area{0, 0, Width(), Height()}.Inside(measure::margin);
+    Put(Label2, inner.TakeTop(measure::lineHeight));
+    Put(Label1, inner.TakeTop(measure::lineHeight, measure::gap));
+    forms::Area bottom = inner.TakeBottom(measure::buttonHeight, measure::gap);
+    Put(Command1, bottom.TakeRight(measure::buttonWidth));
+    Put(List2, inner);
 }
 
 void Form6::ReadCommandFile() {

@@ -33,6 +33,8 @@ class Form6 : public forms::Form, private RunWindow {
     void Timer1_Timer();
     void Command1_Click();
     void Form_Resize() override;
+    forms::CommandButton* DefaultButton() override { return &Command1; }
+    forms::CommandButton* CancelButton() override { return &Command1; }
 
  protected:
     void Form_Load() override;

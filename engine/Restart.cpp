@@ -1,10 +1,14 @@
 #include "engine/Restart.h"
 
+#include "engine/Form5.h"
 #include "fileops/Errors.h"
 
 namespace marlok {
 
 void RequestRestart(Program& program, forms::Form& caller) {
+    if (auto* progress = program.windows.Find<Form5>()) {
+        progress->Unload();
+    }
     const std::string restarter = program.BesideProgram(programfile::restartProgram);
     SystemError code = program.machine.files.Copy(program.BesideProgram(programfile::restartSource), restarter,
                                                   copyflag::none, nullptr);

@@ -5,8 +5,8 @@
 
 namespace marlok {
 
-/// Has the program started again once it has ended: copies "Restart.sec" over "Restart.exe" beside the program, starts
-/// that hidden, and unloads `caller`.
+/// Has the program started again once it has ended: unloads the progress window, copies "Restart.sec" over
+/// "Restart.exe" beside the program, starts that hidden, and unloads `caller`.
 /// @throws RuntimeError when the copy fails; nothing is started or unloaded then. A program that does not start throws
 /// too.
 void RequestRestart(Program& program, forms::Form& caller);

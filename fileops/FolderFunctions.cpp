@@ -180,6 +180,21 @@ std::string FolderCreationDate(FileSystem& files, Clock& clock, const std::strin
     return text.data();
 }
 
+std::string OriginalPathAt(std::string_view text, std::size_t place, const std::string& name) {
+    const std::string_view start = text::Left(text, rootSearchLength + 1);
+    const std::size_t root = start.find(":\\");
+    if (root == std::string_view::npos) {
+        return "";
+    }
+    // The drive letter, its colon and its backslash, when the root stands at the start of a line.
+    const std::size_t rootLength = text::CharacterCount(start.substr(0, root)) + 2;
+    const std::string_view before = text::Right(text.substr(0, place), rootLength);
+    if (text::CharacterCount(before) < rootLength) {
+        return "";
+    }
+    return std::string(before) + name;
+}
+
 std::string FindOriginalPath(FileSystem& files, SystemInfo& system, const std::string& list, const std::string& name,
                              bool& gSearchOn) {
     const std::string text = ReadTextFile(files, system, list);
@@ -188,18 +203,7 @@ std::string FindOriginalPath(FileSystem& files, SystemInfo& system, const std::s
         gSearchOn = false;
         return "";
     }
-    const std::string_view start = text::Left(text, rootSearchLength + 1);
-    const std::size_t root = start.find(":\\");
-    if (root == std::string_view::npos) {
-        return "";
-    }
-    // The drive letter, its colon and its backslash, when the root stands at the start of a line.
-    const std::size_t rootLength = text::CharacterCount(start.substr(0, root)) + 2;
-    const std::string_view before = text::Right(std::string_view(text).substr(0, found), rootLength);
-    if (text::CharacterCount(before) < rootLength) {
-        return "";
-    }
-    return std::string(before) + name;
+    return OriginalPathAt(text, found, name);
 }
 
 std::string StringFromPointer(SystemInfo& system, const char* text) {

@@ -78,6 +78,11 @@ class Clock;
 [[nodiscard]] std::string FindOriginalPath(FileSystem& files, SystemInfo& system, const std::string& list,
                                            const std::string& name, bool& gSearchOn);
 
+/// The original path that `name`, found at `place` (bytes) of the text of a list of original paths, is the end of: by
+/// the column of the list's first drive root, as above. "" when the first 200 characters hold none, or too little
+/// stands before `place`.
+[[nodiscard]] std::string OriginalPathAt(std::string_view text, std::size_t place, const std::string& name);
+
 /// A copy of a zero-terminated text in the system's code page; "" for null.
 [[nodiscard]] std::string StringFromPointer(SystemInfo& system, const char* text);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "forms/Form.h"
+#include "forms/TabControl.h"
 
 namespace marlok::forms {
 
@@ -11,7 +12,36 @@ Control::Control(Form& form, std::string name) : form_(form), name_(std::move(na
 }
 
 Control::~Control() {
+    if (form_.view_) {
+        form_.view_->ControlRemoved(*this);
+    }
     std::erase(form_.controls_, this);
+    for (Control* other : form_.controls_) {
+        if (other->container_ == this) {
+            other->container_ = nullptr;
+        }
+        if (other->tabs_ == this) {
+            other->tabs_ = nullptr;
+        }
+    }
+}
+
+bool Control::IsShown() const {
+    const bool onCurrentTab = tabs_ == nullptr || (tabs_->Tab() == tab_ && tabs_->IsShown());
+    return Visible && onCurrentTab && (container_ == nullptr || container_->IsShown());
+}
+
+void Control::PutOn(TabControl& tabs, int tab) {
+    tabs_ = &tabs;
+    tab_ = tab;
+    Changed(Aspect::visible);
+}
+
+void Control::SetContainer(Control* container) {
+    if (container_ != container) {
+        container_ = container;
+        Changed(Aspect::container);
+    }
 }
 
 void Control::MoveTo(int left, int top, int width, int height) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <utility>
@@ -8,10 +9,31 @@ namespace marlok::forms {
 
 class Form;
 
+class TabControl;
+
 /// What has changed in a control; tells a view what to bring up to date.
-enum class Aspect { text, visible, enabled, place, items, selection, value, font, colour };
+enum class Aspect { text, visible, enabled, place, items, selection, value, font, colour, container };
 
 class Control;
+
+/// A colour as Windows packs it: red in the lowest byte, green and blue above it.
+using Colour = std::uint32_t;
+
+/// The colour that the system gives a control of its kind.
+inline constexpr Colour systemColour = 0xFF000000;
+
+[[nodiscard]] constexpr Colour Rgb(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
+    return red | (green << 8U) | (blue << 16U);
+}
+
+/// The type of a control's text. The default is the message font of the system, as it is.
+struct Font {
+    std::string name;  ///< "" for the system's
+    int size = 0;      ///< points; 0 for the system's
+    bool bold = false;
+
+    friend bool operator==(const Font&, const Font&) = default;
+};
 
 /// One published value of a control. Assigning a different value tells the control's form, and through it the view
 /// on the screen; assigning the same value does nothing. Assignment never fires an event of the user's.
@@ -52,7 +74,28 @@ class Control {
     Property<bool> Visible{*this, Aspect::visible, true};
     Property<bool> Enabled{*this, Aspect::enabled, true};
 
-    // Place within the form, in twips.
+    /// True when the control can be seen: it is visible, so is what contains it, and its tab is the current one.
+    [[nodiscard]] bool IsShown() const;
+
+    /// Puts the control on a tab of `tabs`, counted from 0: it is shown while that tab is the current one.
+    void PutOn(TabControl& tabs, int tab);
+
+    /// The tabs that the control was put on; null when it is on every tab.
+    [[nodiscard]] const TabControl* Tabs() const { return tabs_; }
+
+    /// The control that this one lies in; null for the form itself. A control goes with its container, which has to be
+    /// of the same form, and its place is measured from the container's corner.
+    [[nodiscard]] Control* Container() const { return container_; }
+    void SetContainer(Control* container);
+
+    /// What a screen reader calls the control, where no caption of its own says it: the heading of a list.
+    Property<std::string> AccessibleName{*this, Aspect::text, ""};
+
+    Property<Font> TextFont{*this, Aspect::font, Font{}};
+    Property<Colour> ForeColor{*this, Aspect::colour, systemColour};
+    Property<Colour> BackColor{*this, Aspect::colour, systemColour};
+
+    // Place within the form or the container, in twips.
     Property<int> Left{*this, Aspect::place, 0};
     Property<int> Top{*this, Aspect::place, 0};
     Property<int> Width{*this, Aspect::place, 0};
@@ -67,6 +110,9 @@ class Control {
  private:
     Form& form_;
     std::string name_;
+    Control* container_ = nullptr;
+    const TabControl* tabs_ = nullptr;  ///< null: on every tab
+    int tab_ = 0;
 };
 
 template <class T>

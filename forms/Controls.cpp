@@ -17,6 +17,21 @@ CommandButton::CommandButton(Form& form, std::string name, std::string caption) 
     Caption = std::move(caption);
 }
 
+CheckBox::CheckBox(Form& form, std::string name, std::string caption) : Control(form, std::move(name)) {
+    Caption = std::move(caption);
+}
+
+void CheckBox::UserPressed() {
+    Value = Value == State::unchecked ? State::checked : State::unchecked;
+    if (Click) {
+        Click();
+    }
+}
+
+Frame::Frame(Form& form, std::string name, std::string caption) : Control(form, std::move(name)) {
+    Caption = std::move(caption);
+}
+
 Timer::Timer(Form& form, std::string name, std::uint32_t interval)
     : Control(form, std::move(name)), interval_(interval) {
     Visible = false;
@@ -75,6 +90,14 @@ const std::string& ListBox::List(int index) const {
 }
 
 void ListBox::SetListIndex(int index) {
+    const int before = listIndex_;
+    SelectQuietly(index);
+    if (listIndex_ != before && listIndex_ >= 0 && Click) {
+        Click();
+    }
+}
+
+void ListBox::SelectQuietly(int index) {
     const int line = index >= 0 && index < ListCount() ? index : -1;
     if (line == listIndex_) {
         return;
@@ -87,9 +110,6 @@ void ListBox::SetListIndex(int index) {
         selected_[static_cast<std::size_t>(line)] = true;
     }
     Changed(Aspect::selection);
-    if (line >= 0 && Click) {
-        Click();
-    }
 }
 
 bool ListBox::Selected(int index) const {
@@ -117,6 +137,12 @@ void ListBox::UserSelected(int index, const std::vector<int>& selected) {
     }
     if (Click) {
         Click();
+    }
+}
+
+void ListBox::UserOpened() {
+    if (DblClick) {
+        DblClick();
     }
 }
 

@@ -11,8 +11,11 @@ namespace marlok::forms {
 
 class Label : public Control {
  public:
+    enum class Align { left, right, centre };
+
     Label(Form& form, std::string name, std::string caption = "");
     Property<std::string> Caption{*this, Aspect::text, ""};
+    Property<Align> Alignment{*this, Aspect::colour, Align::left};
 };
 
 class CommandButton : public Control {
@@ -22,10 +25,62 @@ class CommandButton : public Control {
     Event Click;
 };
 
+/// A box with a caption that the user checks and clears.
+class CheckBox : public Control {
+ public:
+    enum class State { unchecked, checked, greyed };
+
+    CheckBox(Form& form, std::string name, std::string caption = "");
+    Property<std::string> Caption{*this, Aspect::text, ""};
+    Property<State> Value{*this, Aspect::value, State::unchecked};
+
+    /// For the view: the user has pressed the box. Checks one that is not checked, clears a checked one; only code
+    /// greys one. Fires Click.
+    void UserPressed();
+
+    Event Click;
+};
+
+/// A line with a caption around other controls. Groups them for the eye alone.
+class Frame : public Control {
+ public:
+    Frame(Form& form, std::string name, std::string caption = "");
+    Property<std::string> Caption{*this, Aspect::text, ""};
+};
+
 class TextBox : public Control {
  public:
     using Control::Control;
     Property<std::string> Text{*this, Aspect::text, ""};
+
+    /// The user can mark and copy the text, not change it.
+    bool Locked = false;
+};
+
+/// A picture, or a plain area in its back colour; other controls may lie in it.
+class PictureBox : public Control {
+ public:
+    using Control::Control;
+
+    /// Name of the picture among those that the program carries ("program"); "" for none. It is scaled to the control,
+    /// its proportions kept.
+    Property<std::string> Picture{*this, Aspect::value, ""};
+};
+
+/// The system's web view. Where it does not exist or cannot show an animated picture, the control draws the picture
+/// itself.
+class WebView : public Control {
+ public:
+    using Control::Control;
+
+    /// Shows the file or page at `location`.
+    void Navigate2(const std::string& location) { Location = location; }
+
+    /// Stops loading and playing; what is there stays.
+    void Stop() { Playing = false; }
+
+    Property<std::string> Location{*this, Aspect::value, ""};
+    Property<bool> Playing{*this, Aspect::value, true};
 };
 
 /// Minimum, maximum and value are single-precision numbers of any size; a view scales them to what it can draw.
@@ -91,10 +146,17 @@ class ListBox : public Control {
     /// For the view: the user has moved to `index` and selected exactly `selected`. Fires Click.
     void UserSelected(int index, const std::vector<int>& selected);
 
+    /// For the view: the user has clicked a line twice, or pressed Enter on it. Fires DblClick.
+    virtual void UserOpened();
+
     /// True when several lines may be selected at a time.
     bool MultiSelect = false;
     Event Click;
     Event DblClick;
+
+ protected:
+    /// Selects a line without firing Click.
+    void SelectQuietly(int index);
 
  private:
     std::vector<std::string> items_;

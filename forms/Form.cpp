@@ -28,6 +28,18 @@ void Form::Place(int left, int top, int width, int height) {
     }
 }
 
+void Form::SetLeastSize(int width, int height) {
+    leastWidth_ = width;
+    leastHeight_ = height;
+}
+
+void Form::SetBackdrop(std::vector<Colour> rows) {
+    backdrop_ = std::move(rows);
+    if (view_) {
+        view_->FormChanged();
+    }
+}
+
 void Form::Show() {
     if (!view_ && windows_.views_ != nullptr) {
         Form_Resize();

@@ -8,6 +8,7 @@
 
 namespace marlok::forms {
 
+class CommandButton;
 class Windows;
 
 /// What shows a form on a screen. Attached when the form is first shown, gone when it is unloaded.
@@ -20,6 +21,9 @@ class View {
 
     /// One aspect of one of the form's controls has changed.
     virtual void ControlChanged(const Control& control, Aspect aspect) = 0;
+
+    /// A control is about to go, before its form does.
+    virtual void ControlRemoved(const Control& control) = 0;
 
     /// Repaints at once.
     virtual void Refresh() = 0;
@@ -48,6 +52,23 @@ class Form {
     [[nodiscard]] int Width() const { return width_; }
     [[nodiscard]] int Height() const { return height_; }
     void Place(int left, int top, int width, int height);
+
+    /// The smallest size that the user can give the window, in twips. 0 (as at first): any.
+    [[nodiscard]] int LeastWidth() const { return leastWidth_; }
+    [[nodiscard]] int LeastHeight() const { return leastHeight_; }
+    void SetLeastSize(int width, int height);
+
+    /// The colours of the window's rows behind its controls, from the top: one for each part of the height, which a
+    /// view spreads evenly. Empty for the system's plain colour.
+    [[nodiscard]] const std::vector<Colour>& Backdrop() const { return backdrop_; }
+    void SetBackdrop(std::vector<Colour> rows);
+
+    /// Pressed by Enter when no other button has the keyboard, and by Escape. Null for none. Controls of this form.
+    [[nodiscard]] virtual CommandButton* DefaultButton() { return nullptr; }
+    [[nodiscard]] virtual CommandButton* CancelButton() { return nullptr; }
+
+    /// The button for help, which F1 presses. Null for none.
+    [[nodiscard]] virtual CommandButton* HelpButton() { return nullptr; }
 
     /// Puts the window on the screen; attaches the view the first time.
     void Show();
@@ -82,6 +103,9 @@ class Form {
     int top_ = 0;
     int width_ = 6000;
     int height_ = 4500;
+    int leastWidth_ = 0;
+    int leastHeight_ = 0;
+    std::vector<Colour> backdrop_;
 };
 
 }  // namespace marlok::forms

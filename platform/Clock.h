@@ -24,6 +24,9 @@ class Clock {
     /// Milliseconds since the machine started; never goes back.
     [[nodiscard]] virtual std::uint64_t TickCount() = 0;
 
+    /// Does nothing for so many milliseconds.
+    virtual void Sleep(std::uint32_t milliseconds) = 0;
+
     /// Local time of a file time (100-nanosecond intervals since 1601, UTC).
     [[nodiscard]] virtual LocalTime ToLocal(std::uint64_t fileTime) = 0;
 };

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace marlok {
 
@@ -35,6 +36,19 @@ class Desktop {
     /// Shows a message box over the active window and returns the pressed button.
     virtual int ShowMessage(const std::string& text, std::uint32_t style, const std::string& title) = 0;
 
+    /// The same, with captions of the caller's in place of the buttons' own. `captions` names buttons of the style.
+    struct ButtonCaption {
+        int button = 0;
+        std::string caption;
+    };
+    virtual int ShowMessageWithCaptions(const std::string& text, std::uint32_t style, const std::string& title,
+                                        const std::vector<ButtonCaption>& captions) = 0;
+
+    /// Asks the user for a line of text; "" when it was left empty or cancelled. The box's upper left corner is placed
+    /// at `left` and `top` on the screen, in twips.
+    [[nodiscard]] virtual std::string AskText(const std::string& prompt, const std::string& title, int left,
+                                              int top) = 0;
+
     /// Hourglass or the normal pointer.
     virtual void ShowHourglass(bool on) = 0;
 
@@ -44,6 +58,27 @@ class Desktop {
     /// Waits for input or until `milliseconds` are over, whichever comes first, and delivers all input that is
     /// there. May return earlier without any.
     virtual void WaitForInput(std::uint32_t milliseconds) = 0;
+
+    /// A window of any program that lies directly on the desktop.
+    struct TopLevelWindow {
+        std::uint64_t handle = 0;
+        std::uint32_t processId = 0;
+        bool hasParent = false;  ///< or an owner
+    };
+
+    /// All of them, in the order from the front to the back.
+    [[nodiscard]] virtual std::vector<TopLevelWindow> TopLevelWindows() = 0;
+
+    /// Asks a window to close, as its close button does, and waits until it has dealt with that.
+    virtual void CloseWindow(std::uint64_t handle) = 0;
+
+    /// Throws away what the user has typed and clicked so far and no handler has seen yet: what was meant for a window
+    /// that has changed since must not act on it.
+    virtual void DiscardInput() = 0;
+
+    /// Width of a vertical and height of a horizontal scroll bar, in twips.
+    virtual int ScrollBarWidth() = 0;
+    virtual int ScrollBarHeight() = 0;
 
     /// Size of the main screen in twips (1440 to the logical inch).
     virtual int ScreenWidth() = 0;

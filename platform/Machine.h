@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/Browser.h"
 #include "platform/Clock.h"
 #include "platform/Desktop.h"
+#include "platform/Drives.h"
 #include "platform/FileSystem.h"
 #include "platform/Process.h"
 #include "platform/Registry.h"
@@ -14,11 +16,13 @@ namespace marlok {
 struct Machine {
     Registry& registry;
     FileSystem& files;
+    Drives& drives;
     Shell& shell;
     Desktop& desktop;
     Clock& clock;
     Process& process;
     SystemInfo& system;
+    Browser& browser;
 };
 
 }  // namespace marlok

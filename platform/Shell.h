@@ -40,6 +40,15 @@ class Shell {
     /// Runs the operation and returns the shell's own result code, 0 for success.
     [[nodiscard]] virtual int Perform(const ShellFileOperation& operation) = 0;
 
+    /// Opens a file with the program that belongs to it.
+    struct OpenRequest {
+        std::string path;
+        std::string parameters;
+        std::string folder;  ///< the working folder
+        int showMode = 1;    ///< how its window is to appear, as the system numbers it
+    };
+    [[nodiscard]] virtual SystemError Open(const OpenRequest& request) = 0;
+
     /// The current user's desktop folder without trailing "\"; "" when the system tells none.
     [[nodiscard]] virtual std::string DesktopFolder() = 0;
 

@@ -1,106 +1,259 @@
 #include "ui/frmSSTab.h"
 
 #include <algorithm>
+#include <initializer_list>
+
+#include "engine/Form5.h"
+#include "fileops/Errors.h"
+#include "forms/Measures.h"
+#include "ui/Donation.h"
+#include "ui/Texts.h"
+#include "ui/frmAbout.h"
+#include "ui/frmReplace.h"
 
 namespace marlok::ui {
 
 namespace {
 
-constexpr const char* locationsHeading = "                        List Of Backup Paths";
-constexpr const char* noLocation = "         You Have Not Selected A Backup Location";
-constexpr const char* sourcesHeading = "                 List Of Files To Be Backed Up";
-constexpr const char* noSources = "        You Have Not Selected Any Files To Backup";
-
-/// The heading and the empty line above the locations.
-constexpr int firstLocationLine = 2;
-
 // Twips.
-constexpr int margin = 165;
-constexpr int lineHeight = 300;
-constexpr int buttonWidth = 1320;
-constexpr int buttonHeight = 390;
-constexpr int windowWidth = 11400;
-constexpr int windowHeight = 7200;
+constexpr int windowWidth = 11700;
+constexpr int windowHeight = 7800;
+constexpr int leastWidth = 10800;
+constexpr int leastHeight = 7200;
+constexpr int tabStripHeight = 390;
 
-/// Three empty lines and a sentence in the middle of an otherwise empty list.
-void ShowNothing(forms::ListBox& list, const char* sentence) {
-    for (int i = 0; i < 3; ++i) {
-        list.AddItem("");
+void PutAllOn(forms::TabControl& tabs, int page, std::initializer_list<forms::Control*> controls) {
+    for (forms::Control* control : controls) {
+        control->PutOn(tabs, page);
     }
-    list.AddItem(sentence);
 }
 
 }  // namespace
 
 frmSSTab::frmSSTab(forms::Windows& windows, Program& program)
-    : Form(windows, "frmSSTab", "Marlok Backup Utility"), program_(program) {
+    : Form(windows, "frmSSTab", "Marlok Backup Utility"),
+      Drive1(*this, "Drive1", program.machine.drives),
+      Dir1(*this, "Dir1", program.machine.files),
+      File1(*this, "File1", program.machine.files),
+      Drive2(*this, "Drive2", program.machine.drives),
+      Dir2(*this, "Dir2", program.machine.files),
+      File2(*this, "File2", program.machine.files),
+      program_(program) {
+    for (forms::ListBox* storage : {&List7, &List8, &List10, &List11, &List12, &List13, &List14}) {
+        storage->Visible = false;
+    }
     List1.MultiSelect = true;
-    List1.Click = [this] { List1_Click(); };
-    Command11.Click = [this] { Unload(); };
+    List4.MultiSelect = true;
+    List6.MultiSelect = true;
+    File1.MultiSelect = false;  // its files are shown so that a folder is recognised, not chosen
+    Label9.Visible = false;
+    Image1.Picture = std::string("program");
+    Text1.Locked = true;
+    Text2.Locked = true;
+    PutOnTabs();
+    NameLists();
+    ConnectTabs();
+}
+
+void frmSSTab::PutOnTabs() {
+    PutAllOn(SSTab1, tab::options,
+             {&Label1, &List1, &List2, &Check1, &Check2, &Check3, &Frame1, &Image1, &Label10, &Command8, &Label9,
+              &Command10, &Command7, &Command9, &Command11});
+    PutAllOn(
+        SSTab1, tab::backupFolder,
+        {&Label11, &Drive1, &Dir1, &Label12, &File1, &Label2, &List3, &Command1, &Command12, &Command2, &Command3});
+    PutAllOn(SSTab1, tab::filesToBackup,
+             {&Label8, &List9, &Label3, &Drive2, &Dir2, &File2, &Label13, &List4, &Command4, &Command18, &Command5,
+              &Command6});
+    PutAllOn(SSTab1, tab::reviewSaved,
+             {&Label4, &List5, &Label5, &List6, &Label6, &Text1, &Label7, &Text2, &Command13, &Command16, &Command17,
+              &Command15, &Command14});
+}
+
+/// A list has no caption of its own: it is called like its heading.
+void frmSSTab::NameLists() {
+    List1.AccessibleName = std::string("List Of Backup Paths");
+    List2.AccessibleName = std::string("List Of Files To Be Backed Up");
+    Image1.AccessibleName = Caption();
+    Drive1.AccessibleName = std::string("Drive");
+    Dir1.AccessibleName = std::string("Folder");
+    File1.AccessibleName = Label12.Caption.Get();
+    List3.AccessibleName = std::string("Backup Locations");
+    List9.AccessibleName = std::string("Backup Locations");
+    Drive2.AccessibleName = std::string("Drive");
+    Dir2.AccessibleName = std::string("Folder");
+    File2.AccessibleName = std::string("Files In This Folder");
+    List4.AccessibleName = Label13.Caption.Get();
+    List5.AccessibleName = Label4.Caption.Get();
+    List6.AccessibleName = Label5.Caption.Get();
+    Text1.AccessibleName = Label6.Caption.Get();
+    Text2.AccessibleName = Label7.Caption.Get();
+}
+
+void frmSSTab::ConnectTabs() {
+    SSTab1.Click = [this] { SSTab1_Click(); };
+    for (forms::CommandButton* help : {&Command2, &Command5, &Command9, &Command15}) {
+        help->Click = [this] { Help_Click(); };
+    }
+    for (forms::CommandButton* close : {&Command3, &Command6, &Command11, &Command14}) {
+        close->Click = [this] { Unload(); };
+    }
+    Command7.Click = [this] { Command7_Click(); };
+    Command10.Click = [this] { Command10_Click(); };
+    Timer1.Tick = [this] { Timer1_Timer(); };
+    ConnectOptions();
+    ConnectBackupFolder();
+    ConnectFiles();
+    ConnectReview();
 }
 
 void frmSSTab::Form_Load() {
     Desktop& desktop = program_.machine.desktop;
+    SetLeastSize(leastWidth, leastHeight);
     Place(std::max(0, (desktop.ScreenWidth() - windowWidth) / 2),
-          std::max(0, (desktop.ScreenHeight() - windowHeight) / 2), windowWidth, windowHeight);
+          std::max(0, (desktop.ScreenHeight() - windowHeight) / 3), windowWidth, windowHeight);
     SetTabList();
-}
-
-void frmSSTab::Form_Resize() {
-    const int inner = Width() - 2 * margin;
-    const int buttonTop = Height() - margin - buttonHeight;
-    const int listTop = margin + lineHeight;
-    const int listWidth = (inner - margin) / 2;
-    const int listHeight = buttonTop - margin - listTop;
-    Label1.MoveTo(margin, margin, inner, lineHeight);
-    List1.MoveTo(margin, listTop, listWidth, listHeight);
-    List2.MoveTo(2 * margin + listWidth, listTop, listWidth, listHeight);
-    Command11.MoveTo(Width() - margin - buttonWidth, buttonTop, buttonWidth, buttonHeight);
-}
-
-void frmSSTab::SetTabList() {
-    List1.Clear();
-    List2.Clear();
+    Drive1.SetDrive("C:\\");
+    Drive2.SetDrive("C:\\");
+    Check1.Enabled = false;
+    Check2.Enabled = false;
+    Check3.Value = forms::CheckBox::State::checked;
+    Check3.Enabled = false;
     BackupSettings settings = program_.Configuration();
-    if (!settings.AnyLocation()) {
-        ShowNothing(List1, noLocation);
-        ShowNothing(List2, noSources);
-        return;
-    }
-    List1.AddItem(locationsHeading);
-    List1.AddItem("");
-    for (const std::string& location : settings.Locations()) {
-        List1.AddItem(location);
-    }
-    if (settings.AnySource(List1.List(firstLocationLine))) {
-        List1.SetListIndex(firstLocationLine);
-    } else {
-        ShowNothing(List2, noSources);
-    }
-}
-
-void frmSSTab::List1_Click() {
-    List2.Clear();
-    const std::string& location = List1.List(List1.ListIndex());
+    const std::string location = settings.Location(firstEntryNumber);
     if (IsEndMark(location)) {
-        program_.machine.desktop.ShowMessage("You Must Select a Backup Location First",
-                                             messagestyle::ok | messagestyle::information, "Marlok Info.....");
+        SSTab1.SetTabEnabled(tab::filesToBackup, false);
+        SSTab1.SetTabEnabled(tab::reviewSaved, false);
+        Command8.Enabled = false;
+        Command9.Enabled = false;
+        Frame1.Visible = false;
+    } else if (!settings.AnySource(location)) {
+        Command8.Enabled = false;
+        Command9.Enabled = false;
+        Frame1.Visible = false;
+        SSTab1.SetTabEnabled(tab::reviewSaved, false);
+    }
+    ShowNextStep();
+}
+
+void frmSSTab::SetRegTarget() {
+    program_.Configuration().SaveLocations(List1.Items());
+}
+
+void frmSSTab::SSTab1_Click() {
+    switch (SSTab1.Tab()) {
+        case tab::options:
+            EnterOptions();
+            break;
+        case tab::backupFolder:
+            EnterBackupFolder();
+            break;
+        case tab::filesToBackup:
+            EnterFiles();
+            break;
+        default:
+            EnterReview();
+            break;
+    }
+}
+
+void frmSSTab::Help_Click() {
+    // Parameters, working folder and show mode as help files have always been opened here.
+    const SystemError code = program_.machine.shell.Open({program_.BesideProgram(programfile::help), "0", "0", 0});
+    if (code != error::success) {
+        Tell("The Help File Could Not Be Opened\r\n\r\n" + Describe(program_.machine.system, code),
+             messagestyle::ok | messagestyle::information);
+    }
+}
+
+void frmSSTab::Command7_Click() {
+    Collection().Load<frmAbout>(program_).Show();
+}
+
+void frmSSTab::Command10_Click() {
+    if (!ConnectedForDonation(program_)) {
         return;
     }
-    BackupSettings settings = program_.Configuration();
-    if (!settings.AnySource(location)) {
-        ShowNothing(List2, noSources);
-        return;
+    const bool choosing = Command8.Caption.Get() == texts::runBackup;
+    Frame1.Visible = Frame1.Visible || choosing;
+    Command10.Enabled = false;
+    Label9.Visible = true;
+    Refresh();
+    OpenDonationPage(program_);
+    Label9.Visible = false;
+    Command10.Enabled = true;
+    Frame1.Visible = Frame1.Visible && !choosing;
+}
+
+void frmSSTab::Timer1_Timer() {
+    Timer1.Stop();
+    if (auto* replaced = Collection().Find<frmReplace>()) {
+        replaced->Unload();
     }
-    List2.AddItem(sourcesHeading);
-    List2.AddItem("");
-    for (const std::string& source : settings.Sources(location)) {
-        List2.AddItem(source);
+    if (auto* progress = Collection().Find<Form5>()) {
+        progress->Unload();
     }
 }
 
 void frmSSTab::Form_Unload() {
-    Collection().UnloadAll();
+    try {
+        Collection().UnloadAll();
+    } catch (const std::exception&) {
+        // The window is closing and everything is unloaded: there is nobody left to be told.
+    }
+}
+
+forms::CommandButton* frmSSTab::DefaultButton() {
+    return SSTab1.Tab() == tab::options ? &Command8 : nullptr;
+}
+
+forms::CommandButton* frmSSTab::HelpButton() {
+    switch (SSTab1.Tab()) {
+        case tab::options:
+            return &Command9;
+        case tab::backupFolder:
+            return &Command2;
+        case tab::filesToBackup:
+            return &Command5;
+        default:
+            return &Command15;
+    }
+}
+
+void frmSSTab::FollowDrive(forms::DriveListBox& drive, forms::DirListBox& folders) {
+    DirectoryEntry entry;
+    const SystemError code = program_.machine.files.GetEntry(drive.Drive(), entry);
+    if (code == error::success || folders.Path().empty()) {
+        folders.SetPath(drive.Drive());
+        return;
+    }
+    Tell("Drive " + drive.Drive() + " Is Not Ready\r\n\r\n" + Describe(program_.machine.system, code),
+         messagestyle::ok | messagestyle::information);
+    drive.SetDriveQuietly(folders.Path().substr(0, drive.Drive().size()));
+}
+
+bool frmSSTab::FillLocations(forms::ListBox& list) {
+    list.Clear();
+    for (const std::string& location : program_.Configuration().Locations()) {
+        list.AddItem(location);
+    }
+    return list.ListCount() > 0;
+}
+
+int frmSSTab::Tell(const std::string& text, std::uint32_t style, const std::string& title) {
+    return program_.machine.desktop.ShowMessage(text, style, title);
+}
+
+void frmSSTab::Form_Resize() {
+    namespace measure = forms::measure;
+    forms::Area window = forms::Area{0, 0, Width(), Height()}.Inside(measure::gap);
+    Put(SSTab1, window);
+    static_cast<void>(window.TakeTop(tabStripHeight));
+    const forms::Area page = window.Inside(measure::margin);
+    LayOutOptions(page);
+    LayOutBackupFolder(page);
+    LayOutFiles(page);
+    LayOutReview(page);
 }
 
 }  // namespace marlok::ui

@@ -76,6 +76,10 @@ class Variant {
         value_.vt = VT_I4;
         value_.lVal = number;
     }
+    explicit Variant(bool flag) : Variant() {
+        value_.vt = VT_BOOL;
+        value_.boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE;
+    }
     Variant(const Variant&) = delete;
     Variant& operator=(const Variant&) = delete;
     Variant(Variant&& other) noexcept : Variant() { std::swap(value_, other.value_); }

@@ -87,6 +87,28 @@ struct FontTraits {
 };
 using FontHandle = Owner<FontTraits>;
 
+struct BrushTraits {
+    using Value = HBRUSH;
+    static Value Invalid() { return nullptr; }
+    static void Close(Value value) { DeleteObject(value); }
+};
+using BrushHandle = Owner<BrushTraits>;
+
+struct BitmapTraits {
+    using Value = HBITMAP;
+    static Value Invalid() { return nullptr; }
+    static void Close(Value value) { DeleteObject(value); }
+};
+using BitmapHandle = Owner<BitmapTraits>;
+
+/// A drawing surface in memory.
+struct MemorySurfaceTraits {
+    using Value = HDC;
+    static Value Invalid() { return nullptr; }
+    static void Close(Value value) { DeleteDC(value); }
+};
+using MemorySurface = Owner<MemorySurfaceTraits>;
+
 struct WindowTraits {
     using Value = HWND;
     static Value Invalid() { return nullptr; }

@@ -1,11 +1,23 @@
 #include "platform/win32/NativeControl.h"
 
+#include <windows.h>
+// Behind windows.h, whose types it uses.
+#include <commctrl.h>
+
 #include <system_error>
 #include <utility>
 
 #include "forms/Controls.h"
+#include "forms/FolderControls.h"
+#include "forms/TabControl.h"
+#include "platform/win32/AccessibleName.h"
+#include "platform/win32/MessageFont.h"
 #include "platform/win32/NativeControls.h"
+#include "platform/win32/NativeDriveList.h"
 #include "platform/win32/NativeList.h"
+#include "platform/win32/NativePicture.h"
+#include "platform/win32/NativeTab.h"
+#include "platform/win32/NativeWebView.h"
 #include "platform/win32/Wide.h"
 
 namespace marlok::win32 {
@@ -34,11 +46,29 @@ std::unique_ptr<NativeControl> NativeControl::For(forms::Control& control, Post 
     if (auto* button = dynamic_cast<forms::CommandButton*>(&control)) {
         return std::make_unique<NativeButton>(*button, std::move(post));
     }
+    if (auto* box = dynamic_cast<forms::CheckBox*>(&control)) {
+        return std::make_unique<NativeCheckBox>(*box, std::move(post));
+    }
+    if (auto* frame = dynamic_cast<forms::Frame*>(&control)) {
+        return std::make_unique<NativeFrame>(*frame, std::move(post));
+    }
+    if (auto* tabs = dynamic_cast<forms::TabControl*>(&control)) {
+        return std::make_unique<NativeTab>(*tabs, std::move(post));
+    }
     if (auto* textBox = dynamic_cast<forms::TextBox*>(&control)) {
         return std::make_unique<NativeTextBox>(*textBox, std::move(post));
     }
     if (auto* progress = dynamic_cast<forms::ProgressBar*>(&control)) {
         return std::make_unique<NativeProgressBar>(*progress, std::move(post));
+    }
+    if (auto* picture = dynamic_cast<forms::PictureBox*>(&control)) {
+        return std::make_unique<NativePicture>(*picture, std::move(post));
+    }
+    if (auto* view = dynamic_cast<forms::WebView*>(&control)) {
+        return std::make_unique<NativeWebView>(*view, std::move(post));
+    }
+    if (auto* drives = dynamic_cast<forms::DriveListBox*>(&control)) {
+        return std::make_unique<NativeDriveList>(*drives, std::move(post));
     }
     if (auto* list = dynamic_cast<forms::ListBox*>(&control)) {
         return std::make_unique<NativeList>(*list, std::move(post));
@@ -46,7 +76,15 @@ std::unique_ptr<NativeControl> NativeControl::For(forms::Control& control, Post 
     return nullptr;
 }
 
-void NativeControl::Create(const Site& site, int id, HWND previous) {
+NativeControl::~NativeControl() {
+    if (window_ != nullptr && IsWindow(window_) != 0) {
+        // What the window says while it is destroyed is of no use any more, and the derived part is gone.
+        RemoveWindowSubclass(window_, &NativeControl::Procedure, 0);
+        DestroyWindow(window_);
+    }
+}
+
+void NativeControl::Create(const Site& site, int id, HWND above) {
     const WindowKind kind = Kind();
     site_ = site;
     window_ = CreateWindowExW(kind.extendedStyle, kind.className, L"", WS_CHILD | kind.style, 0, 0, 0, 0, site.parent,
@@ -55,11 +93,15 @@ void NativeControl::Create(const Site& site, int id, HWND previous) {
         throw std::system_error(static_cast<int>(LastError()), std::system_category(),
                                 "control " + model_.Name() + " cannot be shown");
     }
-    SetWindowPos(window_, previous == nullptr ? HWND_TOP : previous, 0, 0, 0, 0,
-                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    Send(WM_SETFONT, reinterpret_cast<WPARAM>(site.font));
+    if (kind.watched &&
+        SetWindowSubclass(window_, &NativeControl::Procedure, 0, reinterpret_cast<DWORD_PTR>(this)) == 0) {
+        throw std::bad_alloc();
+    }
+    SetWindowPos(window_, above == nullptr ? HWND_TOP : above, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    MirrorFont();
     MirrorPlace();
-    for (const Aspect aspect : {Aspect::text, Aspect::value, Aspect::items, Aspect::selection}) {
+    MirrorName();
+    for (const Aspect aspect : {Aspect::text, Aspect::value, Aspect::items, Aspect::selection, Aspect::colour}) {
         MirrorContent(aspect);
     }
     Flush();
@@ -69,11 +111,18 @@ void NativeControl::Create(const Site& site, int id, HWND previous) {
 void NativeControl::Adapt(const Site& site) {
     site_ = site;
     if (window_ != nullptr) {
-        Send(WM_SETFONT, reinterpret_cast<WPARAM>(site.font), TRUE);
+        MirrorFont();
         MirrorPlace();
         MirrorContent(Aspect::font);
         Flush();
     }
+}
+
+void NativeControl::MoveInto(const Site& site, HWND above) {
+    site_ = site;
+    SetParent(window_, site.parent);
+    SetWindowPos(window_, above == nullptr ? HWND_TOP : above, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    MirrorPlace();
 }
 
 void NativeControl::Changed(Aspect aspect) {
@@ -82,11 +131,23 @@ void NativeControl::Changed(Aspect aspect) {
     }
     switch (aspect) {
         case Aspect::place:
+        case Aspect::container:
             MirrorPlace();
             break;
         case Aspect::visible:
         case Aspect::enabled:
             MirrorUse();
+            break;
+        case Aspect::font:
+            MirrorFont();
+            MirrorContent(aspect);
+            break;
+        case Aspect::colour:
+            MirrorColour();
+            break;
+        case Aspect::text:
+            MirrorName();
+            MirrorContent(aspect);
             break;
         default:
             MirrorContent(aspect);
@@ -101,37 +162,104 @@ void NativeControl::SetText(const std::string& text) const {
     }
 }
 
-void NativeControl::PostAction(std::function<void()> action) const {
-    post_([this, run = std::move(action)] {
-        if (model_.Visible && model_.Enabled) {
+HBRUSH NativeControl::Colours(HDC surface, const std::function<HBRUSH()>& behind) {
+    const forms::Colour text = model_.ForeColor;
+    const forms::Colour back = model_.BackColor;
+    if (text == forms::systemColour && back == forms::systemColour && !IsTransparent()) {
+        return nullptr;
+    }
+    SetTextColor(surface, text != forms::systemColour ? text : GetSysColor(COLOR_WINDOWTEXT));
+    if (back != forms::systemColour) {
+        if (!back_.IsValid()) {
+            back_.Reset(CreateSolidBrush(back));
+        }
+        SetBkColor(surface, back);
+        return back_.Get();
+    }
+    if (IsTransparent()) {
+        SetBkMode(surface, TRANSPARENT);
+        return behind();
+    }
+    SetBkColor(surface, GetSysColor(COLOR_WINDOW));
+    return GetSysColorBrush(COLOR_WINDOW);
+}
+
+LRESULT NativeControl::Default(UINT message, WPARAM first, LPARAM second) const {
+    return DefSubclassProc(window_, message, first, second);
+}
+
+LRESULT CALLBACK NativeControl::Procedure(HWND window, UINT message, WPARAM first, LPARAM second, UINT_PTR,
+                                          DWORD_PTR self) {
+    auto& control = *reinterpret_cast<NativeControl*>(self);
+    // Not yet known to the control: what the system does while it is being made is the window's own business.
+    return control.window_ == window ? control.Handle(message, first, second)
+                                     : DefSubclassProc(window, message, first, second);
+}
+
+void NativeControl::PostWhileAlive(std::function<void()> action) const {
+    post_([alive = std::weak_ptr<const bool>(alive_), run = std::move(action)] {
+        if (!alive.expired()) {
             run();
         }
     });
 }
 
+void NativeControl::PostAction(std::function<void()> action) const {
+    PostWhileAlive([this, run = std::move(action)] {
+        if (model_.IsShown() && model_.Enabled) {
+            run();
+        }
+    });
+}
+
+void NativeControl::PostDevicesChanged() {
+    PostWhileAlive([this] { DevicesChanged(); });
+}
+
 void NativeControl::MirrorPlace() const {
-    const UINT dpi = site_.dpi;
+    int x = model_.Left;
+    int y = model_.Top;
+    for (const forms::Control* around = model_.Container(); around != nullptr && around != site_.container;
+         around = around->Container()) {
+        x += around->Left;
+        y += around->Top;
+    }
     // Both edges are converted, not the size: neighbours that touch in twips touch on the screen.
-    const int left = ToPixels(model_.Left, dpi);
-    const int top = ToPixels(model_.Top, dpi);
-    const int right = ToPixels(model_.Left + model_.Width, dpi);
-    const int bottom = ToPixels(model_.Top + model_.Height, dpi);
-    SetWindowPos(window_, nullptr, left, top, right - left, bottom - top, SWP_NOZORDER | SWP_NOACTIVATE);
+    const UINT dpi = site_.dpi;
+    const int left = ToPixels(x, dpi);
+    const int top = ToPixels(y, dpi);
+    const int width = ToPixels(x + model_.Width, dpi) - left;
+    const int height = ToPixels(y + model_.Height, dpi) - top;
+    // The picture of what lies behind the control is another one at another place.
+    const UINT copy = IsTransparent() ? SWP_NOCOPYBITS : 0;
+    SetWindowPos(window_, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE | copy);
 }
 
 void NativeControl::MirrorUse() const {
-    if (!model_.Visible || !model_.Enabled) {
-        PassFocusOn();
-    }
     EnableWindow(window_, model_.Enabled ? TRUE : FALSE);
-    ShowWindow(window_, model_.Visible ? SW_SHOWNA : SW_HIDE);
+    ShowWindow(window_, model_.IsShown() ? SW_SHOWNA : SW_HIDE);
 }
 
-/// A control that goes would keep the keyboard with it, and no key would reach the window any more.
-void NativeControl::PassFocusOn() const {
-    if (GetFocus() == window_) {
-        HWND next = GetNextDlgTabItem(site_.parent, window_, FALSE);
-        SetFocus(next == nullptr || next == window_ ? site_.parent : next);
+void NativeControl::MirrorFont() {
+    const forms::Font& wanted = model_.TextFont;
+    FontHandle font = wanted == forms::Font{} ? FontHandle() : MakeFont(wanted, site_.dpi);
+    Send(WM_SETFONT, reinterpret_cast<WPARAM>(font.IsValid() ? font.Get() : site_.font), TRUE);
+    font_ = std::move(font);  // the old one goes when the window has the new one
+}
+
+void NativeControl::MirrorColour() {
+    back_.Reset();
+    MirrorContent(Aspect::colour);
+    InvalidateRect(window_, nullptr, TRUE);
+}
+
+void NativeControl::MirrorName() const {
+    const std::string& name = model_.AccessibleName;
+    if (!HasText()) {
+        SetText(name);
+    }
+    if (!name.empty()) {
+        NameForScreenReaders(window_, name);
     }
 }
 

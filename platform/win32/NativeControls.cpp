@@ -18,6 +18,28 @@ namespace {
 /// Steps of a progress bar; more than any screen has pixels across one.
 constexpr int progressRange = 10000;
 
+LONG_PTR StyleOf(forms::Label::Align alignment) {
+    switch (alignment) {
+        case forms::Label::Align::right:
+            return SS_RIGHT;
+        case forms::Label::Align::centre:
+            return SS_CENTER;
+        default:
+            return SS_LEFT;
+    }
+}
+
+WPARAM CheckOf(forms::CheckBox::State state) {
+    switch (state) {
+        case forms::CheckBox::State::checked:
+            return BST_CHECKED;
+        case forms::CheckBox::State::greyed:
+            return BST_INDETERMINATE;
+        default:
+            return BST_UNCHECKED;
+    }
+}
+
 }  // namespace
 
 NativeControl::WindowKind NativeLabel::Kind() const {
@@ -27,6 +49,11 @@ NativeControl::WindowKind NativeLabel::Kind() const {
 void NativeLabel::MirrorContent(Aspect aspect) {
     if (aspect == Aspect::text) {
         SetText(label_.Caption);
+        InvalidateRect(Window(), nullptr, TRUE);
+    }
+    if (aspect == Aspect::colour) {
+        const LONG_PTR others = GetWindowLongPtrW(Window(), GWL_STYLE) & ~LONG_PTR{SS_TYPEMASK};
+        SetWindowLongPtrW(Window(), GWL_STYLE, others | StyleOf(label_.Alignment));
     }
 }
 
@@ -42,16 +69,74 @@ void NativeButton::MirrorContent(Aspect aspect) {
 
 void NativeButton::Notified(WORD notification) {
     if (notification == BN_CLICKED) {
-        PostAction([this] {
-            if (button_.Click) {
-                button_.Click();
-            }
-        });
+        Press();
     }
+}
+
+void NativeButton::Press() {
+    PostAction([this] {
+        if (button_.Click) {
+            button_.Click();
+        }
+    });
+}
+
+NativeControl::WindowKind NativeCheckBox::Kind() const {
+    // Not one that checks itself: what it shows is what the program says.
+    return {WC_BUTTONW, BS_3STATE | BS_MULTILINE | WS_TABSTOP, 0};
+}
+
+void NativeCheckBox::MirrorContent(Aspect aspect) {
+    if (aspect == Aspect::text) {
+        SetText(box_.Caption);
+    }
+    if (aspect == Aspect::value) {
+        Send(BM_SETCHECK, CheckOf(box_.Value));
+    }
+}
+
+void NativeCheckBox::Notified(WORD notification) {
+    if (notification == BN_CLICKED) {
+        Press();
+    }
+}
+
+void NativeCheckBox::Press() {
+    PostAction([this] { box_.UserPressed(); });
+}
+
+NativeControl::WindowKind NativeFrame::Kind() const {
+    // It must not paint over what lies in it, which stands in front of it.
+    return {WC_BUTTONW, BS_GROUPBOX | WS_CLIPSIBLINGS, 0, true};
+}
+
+void NativeFrame::MirrorContent(Aspect aspect) {
+    if (aspect == Aspect::text) {
+        SetText(frame_.Caption);
+    }
+}
+
+LRESULT NativeFrame::Handle(UINT message, WPARAM first, LPARAM second) {
+    if (message == WM_ERASEBKGND) {
+        const auto brush = reinterpret_cast<HBRUSH>(
+            SendMessageW(CurrentSite().parent, WM_CTLCOLORSTATIC, first, reinterpret_cast<LPARAM>(Window())));
+        RECT inner{};
+        GetClientRect(Window(), &inner);
+        return FillRect(reinterpret_cast<HDC>(first), &inner, brush) != 0 ? TRUE : FALSE;
+    }
+    return Default(message, first, second);
 }
 
 NativeControl::WindowKind NativeTextBox::Kind() const {
     return {WC_EDITW, ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE};
+}
+
+/// Whether the text can be changed tells nobody when it changes.
+void NativeTextBox::Flush() {
+    const bool locked = (GetWindowLongPtrW(Window(), GWL_STYLE) & ES_READONLY) != 0;
+    if (locked != box_.Locked) {
+        Send(EM_SETREADONLY, box_.Locked ? TRUE : FALSE);
+    }
 }
 
 void NativeTextBox::MirrorContent(Aspect aspect) {

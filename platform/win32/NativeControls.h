@@ -9,10 +9,12 @@ namespace marlok::win32 {
 class NativeLabel : public NativeControl {
  public:
     NativeLabel(forms::Label& label, Post post) : NativeControl(label, std::move(post)), label_(label) {}
+    bool IsTransparent() const override { return true; }
 
  protected:
     WindowKind Kind() const override;
     void MirrorContent(forms::Aspect aspect) override;
+    bool HasText() const override { return true; }
 
  private:
     forms::Label& label_;
@@ -22,23 +24,63 @@ class NativeButton : public NativeControl {
  public:
     NativeButton(forms::CommandButton& button, Post post) : NativeControl(button, std::move(post)), button_(button) {}
     void Notified(WORD notification) override;
+    bool IsTransparent() const override { return true; }  // at its round corners
+    const std::string* PressCaption() const override { return &button_.Caption.Get(); }
+    void Press() override;
 
  protected:
     WindowKind Kind() const override;
     void MirrorContent(forms::Aspect aspect) override;
+    bool HasText() const override { return true; }
 
  private:
     forms::CommandButton& button_;
 };
 
+class NativeCheckBox : public NativeControl {
+ public:
+    NativeCheckBox(forms::CheckBox& box, Post post) : NativeControl(box, std::move(post)), box_(box) {}
+    void Notified(WORD notification) override;
+    bool IsTransparent() const override { return true; }
+    const std::string* PressCaption() const override { return &box_.Caption.Get(); }
+    void Press() override;
+
+ protected:
+    WindowKind Kind() const override;
+    void MirrorContent(forms::Aspect aspect) override;
+    bool HasText() const override { return true; }
+
+ private:
+    forms::CheckBox& box_;
+};
+
+/// A group box. It paints what lies behind it itself, so that its inside is never left as it was.
+class NativeFrame : public NativeControl {
+ public:
+    NativeFrame(forms::Frame& frame, Post post) : NativeControl(frame, std::move(post)), frame_(frame) {}
+    Layer Place() const override { return Layer::frame; }
+    bool IsTransparent() const override { return true; }
+
+ protected:
+    WindowKind Kind() const override;
+    void MirrorContent(forms::Aspect aspect) override;
+    bool HasText() const override { return true; }
+    LRESULT Handle(UINT message, WPARAM first, LPARAM second) override;
+
+ private:
+    forms::Frame& frame_;
+};
+
 class NativeTextBox : public NativeControl {
  public:
     NativeTextBox(forms::TextBox& box, Post post) : NativeControl(box, std::move(post)), box_(box) {}
+    void Flush() override;
     void Notified(WORD notification) override;
 
  protected:
     WindowKind Kind() const override;
     void MirrorContent(forms::Aspect aspect) override;
+    bool HasText() const override { return true; }
 
  private:
     forms::TextBox& box_;

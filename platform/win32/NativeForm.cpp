@@ -1,10 +1,19 @@
 #include "platform/win32/NativeForm.h"
 
+#include <windows.h>
+// Behind windows.h, whose types they use.
+#include <commctrl.h>
+#include <dbt.h>
+
 #include <algorithm>
+#include <cstddef>
 #include <system_error>
 #include <utility>
 
+#include "forms/Controls.h"
+#include "platform/win32/MessageFont.h"
 #include "platform/win32/Wide.h"
+#include "platform/win32/WorkArea.h"
 
 namespace marlok::win32 {
 
@@ -28,6 +37,48 @@ HICON ProgramIcon(int widthMetric, int heightMetric) {
     return icon != nullptr ? icon : LoadIconW(nullptr, IDI_APPLICATION);
 }
 
+/// Size of the part of a screen that programs may use: of the screen that `place` is on or next to.
+SIZE WorkSize(const RECT& place) {
+    MONITORINFO screen{};
+    screen.cbSize = sizeof screen;
+    if (GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &screen) == 0) {
+        return {GetSystemMetrics(SM_CXMAXTRACK), GetSystemMetrics(SM_CYMAXTRACK)};  // the screen was just taken away
+    }
+    return {screen.rcWork.right - screen.rcWork.left, screen.rcWork.bottom - screen.rcWork.top};
+}
+
+bool IsColourMessage(UINT message) {
+    return message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC;
+}
+
+/// What the controls in a control tell their parent is for the form.
+LRESULT CALLBACK ContainerProcedure(HWND window, UINT message, WPARAM first, LPARAM second, UINT_PTR id,
+                                    DWORD_PTR form) {
+    if (message == WM_COMMAND || message == WM_NOTIFY || IsColourMessage(message)) {
+        return SendMessageW(reinterpret_cast<HWND>(form), message, first, second);
+    }
+    if (message == WM_NCDESTROY) {
+        RemoveWindowSubclass(window, &ContainerProcedure, id);
+    }
+    return DefSubclassProc(window, message, first, second);
+}
+
+/// Makes a control's window fit for holding others. May be called again.
+void MakeContainer(HWND window, HWND form) {
+    const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+    const LONG_PTR extended = GetWindowLongPtrW(window, GWL_EXSTYLE);
+    SetWindowLongPtrW(window, GWL_STYLE, style | WS_CLIPCHILDREN);
+    SetWindowLongPtrW(window, GWL_EXSTYLE, extended | WS_EX_CONTROLPARENT);
+    if (SetWindowSubclass(window, &ContainerProcedure, 1, reinterpret_cast<DWORD_PTR>(form)) == 0) {
+        throw std::bad_alloc();
+    }
+}
+
+void SetButtonKind(HWND button, LONG_PTR kind) {
+    const LONG_PTR others = GetWindowLongPtrW(button, GWL_STYLE) & 0xFFFF & ~LONG_PTR{BS_TYPEMASK};
+    SendMessageW(button, BM_SETSTYLE, static_cast<WPARAM>(others | kind), TRUE);
+}
+
 /// Sets a flag for as long as it lives.
 class While {
  public:
@@ -42,9 +93,11 @@ class While {
 
 }  // namespace
 
-NativeForm::NativeForm(forms::Form& form, NativeLoop& loop) : form_(form), loop_(loop) {
+NativeForm::NativeForm(forms::Form& form, NativeLoop& loop)
+    : form_(form), loop_(loop), shownRows_(form.Backdrop()), nextId_(firstControlId) {
     CreateHidden();
     LoadFont();
+    CutToScreen();
     MirrorPlace();
     CreateControls();
     // From here on nothing throws, and the window may call: until now it belonged to the system alone.
@@ -88,7 +141,7 @@ void NativeForm::CreateHidden() {
 
 void NativeForm::CreateControls() {
     for (forms::Control* control : form_.Controls()) {
-        if (control->Visible) {
+        if (control->IsShown()) {
             ControlChanged(*control, Aspect::visible);
         }
     }
@@ -99,6 +152,10 @@ void NativeForm::FormChanged() {
     if (WindowText(Window()) != caption) {
         SetWindowTextW(Window(), caption.c_str());
     }
+    if (shownRows_ != form_.Backdrop()) {
+        shownRows_ = form_.Backdrop();
+        ShowBackdrop();
+    }
     if (!mirroring_) {
         MirrorPlace();
     }
@@ -107,20 +164,73 @@ void NativeForm::FormChanged() {
 
 void NativeForm::ControlChanged(const forms::Control& control, Aspect aspect) {
     NativeControl* native = Find(control);
-    if (native == nullptr && control.Visible) {
+    if (native == nullptr && control.IsShown()) {
         native = Make(control);
     }
-    if (native == nullptr) {
-        return;
+    if (native != nullptr) {
+        MirrorControl(*native, aspect);
     }
-    if (native->Window() == nullptr && control.Visible) {
-        CreateControl(*native);
-    } else {
-        native->Changed(aspect);
+    if (aspect == Aspect::visible || aspect == Aspect::place || aspect == Aspect::container) {
+        MirrorControlsIn(control, aspect);
     }
 }
 
-/// The native side of a control of the form that was not visible before; null when its kind has none.
+void NativeForm::MirrorControl(NativeControl& native, Aspect aspect) {
+    const forms::Control& control = native.Model();
+    if (native.Window() == nullptr) {
+        if (control.IsShown()) {
+            CreateControl(native);
+        }
+        return;
+    }
+    if (native.Place() == NativeControl::Layer::tabs && aspect == Aspect::selection) {
+        keyboard_.LeavePage(native);
+    }
+    if (!control.IsShown() || !control.Enabled) {
+        keyboard_.Leave(native);
+    }
+    const Site site = SiteOf(control);
+    if (site.parent != GetParent(native.Window())) {
+        native.MoveInto(site, Above(native, site.parent));
+    }
+    native.Changed(aspect);
+    if (Backdrop::IsGround(native)) {
+        backdrop_.Forget();
+    }
+}
+
+/// A control goes with what it lies in, of which it hears nothing itself.
+void NativeForm::MirrorControlsIn(const forms::Control& around, Aspect aspect) {
+    for (const forms::Control* inner : form_.Controls()) {
+        if (inner->Container() == &around || (inner->Tabs() == &around && aspect == Aspect::visible)) {
+            ControlChanged(*inner, aspect);
+        }
+    }
+}
+
+void NativeForm::ControlRemoved(const forms::Control& control) {
+    std::erase(withoutWindow_, &control);
+    const auto found = std::find_if(controls_.begin(), controls_.end(),
+                                    [&control](const auto& native) { return &native->Model() == &control; });
+    if (found == controls_.end()) {
+        return;
+    }
+    if (HWND window = (*found)->Window()) {
+        keyboard_.Forget(**found);
+        backdrop_.Forget();
+        lastFocus_ = lastFocus_ == window ? nullptr : lastFocus_;
+        enterButton_ = enterButton_ == window ? nullptr : enterButton_;
+        for (const auto& inner : controls_) {
+            if (inner->Window() != nullptr && GetParent(inner->Window()) == window) {
+                SetParent(inner->Window(), Window());  // it would be destroyed with this one behind its owner's back
+            }
+        }
+    }
+    const std::unique_ptr<NativeControl> gone = std::move(*found);
+    controls_.erase(found);  // first: what the window says while it goes must not find it any more
+}
+
+/// The native side of a control of the form that was not shown before; null when its kind has none.
 NativeControl* NativeForm::Make(const forms::Control& control) {
     const auto& all = form_.Controls();
     const auto found = std::find(all.begin(), all.end(), &control);
@@ -145,21 +255,55 @@ void NativeForm::Post(NativeLoop::Action action) {
     });
 }
 
-/// A control that is shown late still takes its place in the tab order, which is the order of the form's controls.
 void NativeForm::CreateControl(NativeControl& control) {
-    HWND previous = nullptr;
-    for (const forms::Control* other : form_.Controls()) {
-        if (other == &control.Model()) {
-            break;
-        }
-        const NativeControl* native = Find(*other);
-        if (native != nullptr && native->Window() != nullptr) {
-            previous = native->Window();
+    const Site site = SiteOf(control.Model());
+    control.Create(site, nextId_++, Above(control, site.parent));
+    if (Backdrop::IsGround(control)) {
+        backdrop_.Forget();
+    }
+}
+
+/// The sibling right above a control, null for none. From the top come the controls in the order of the form, so that
+/// one that is shown late still takes its place in it; below them what others lie in, the inner above the outer.
+HWND NativeForm::Above(const NativeControl& control, HWND parent) const {
+    const auto depth = [this](const NativeControl& native) {
+        const auto& all = form_.Controls();
+        const auto place = static_cast<int>(std::find(all.begin(), all.end(), &native.Model()) - all.begin());
+        const auto layer = static_cast<int>(native.Place());
+        return std::pair(layer, native.Place() == NativeControl::Layer::front ? place : -place);
+    };
+    const NativeControl* lowest = nullptr;
+    for (const NativeControl* other : InOrder()) {
+        const bool above = other != &control && depth(*other) < depth(control);
+        if (above && GetParent(other->Window()) == parent && (lowest == nullptr || depth(*lowest) < depth(*other))) {
+            lowest = other;
         }
     }
-    const auto place = std::find_if(controls_.begin(), controls_.end(),
-                                    [&control](const auto& native) { return native.get() == &control; });
-    control.Create(CurrentSite(), firstControlId + static_cast<int>(place - controls_.begin()), previous);
+    return lowest == nullptr ? nullptr : lowest->Window();
+}
+
+/// Of all that a control may lie in, only a picture takes it into its window: frames are drawn behind their controls.
+Site NativeForm::SiteOf(const forms::Control& control) const {
+    for (const forms::Control* around = control.Container(); around != nullptr; around = around->Container()) {
+        const NativeControl* native = Find(*around);
+        const bool picture = dynamic_cast<const forms::PictureBox*>(around) != nullptr;
+        if (picture && native != nullptr && native->Window() != nullptr) {
+            MakeContainer(native->Window(), Window());
+            return {native->Window(), around, font_.Get(), dpi_};
+        }
+    }
+    return {Window(), nullptr, font_.Get(), dpi_};
+}
+
+std::vector<NativeControl*> NativeForm::InOrder() const {
+    std::vector<NativeControl*> order;
+    for (const forms::Control* control : form_.Controls()) {
+        NativeControl* native = Find(*control);
+        if (native != nullptr && native->Window() != nullptr) {
+            order.push_back(native);
+        }
+    }
+    return order;
 }
 
 NativeControl* NativeForm::Find(const forms::Control& control) const {
@@ -174,12 +318,59 @@ NativeControl* NativeForm::FindByWindow(HWND window) const {
     return window == nullptr || found == controls_.end() ? nullptr : found->get();
 }
 
+NativeControl* NativeForm::FindAround(HWND window) const {
+    for (HWND at = window; at != nullptr && at != Window(); at = GetParent(at)) {
+        if (NativeControl* found = FindByWindow(at)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
 void NativeForm::Flush() {
     for (const auto& control : controls_) {
         if (control->Window() != nullptr) {
             control->Flush();
         }
     }
+    keyboard_.Settle();
+    MirrorEnterButton();
+}
+
+void NativeForm::MirrorEnterButton() {
+    const NativeControl* button = keyboard_.EnterButton(GetFocus());
+    HWND wanted = button == nullptr ? nullptr : button->Window();
+    if (wanted == enterButton_) {
+        return;
+    }
+    if (enterButton_ != nullptr) {
+        SetButtonKind(enterButton_, BS_PUSHBUTTON);
+    }
+    if (wanted != nullptr) {
+        SetButtonKind(wanted, BS_DEFPUSHBUTTON);
+    }
+    enterButton_ = wanted;
+}
+
+void NativeForm::Animate() {
+    if (!form_.IsVisible()) {
+        return;
+    }
+    for (const auto& control : controls_) {
+        if (control->Window() != nullptr && control->Model().IsShown()) {
+            control->Animate();
+        }
+    }
+}
+
+std::uint32_t NativeForm::NextFrameIn() const {
+    std::uint32_t next = NativeControl::never;
+    for (const auto& control : controls_) {
+        if (form_.IsVisible() && control->Window() != nullptr && control->Model().IsShown()) {
+            next = std::min(next, control->NextFrameIn());
+        }
+    }
+    return next;
 }
 
 void NativeForm::Refresh() {
@@ -210,6 +401,23 @@ void NativeForm::MirrorPlace() {
                      SWP_NOZORDER | SWP_NOACTIVATE);
     }
     TakePlace();  // the system may have cut what is larger than the screen
+}
+
+/// The form keeps its corner if what is left of it is on the screen then.
+void NativeForm::CutToScreen() {
+    const RECT wanted = OuterPlace();
+    const SIZE work = WorkSize(wanted);
+    const LONG width = std::min(wanted.right - wanted.left, work.cx);
+    const LONG height = std::min(wanted.bottom - wanted.top, work.cy);
+    if (width == wanted.right - wanted.left && height == wanted.bottom - wanted.top) {
+        return;
+    }
+    const RECT place = MovedOntoWorkArea({wanted.left, wanted.top, wanted.left + width, wanted.top + height});
+    {
+        const While echo(mirroring_);
+        SetWindowPos(Window(), nullptr, place.left, place.top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    TakePlace();
 }
 
 void NativeForm::MirrorVisible() {
@@ -260,18 +468,35 @@ void NativeForm::ChangeResolution(UINT dpi, const RECT& suggested) {
                      suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
     }
     for (const auto& control : controls_) {
-        control->Adapt(CurrentSite());
+        control->Adapt(SiteOf(control->Model()));
     }
+    ShowBackdrop();
     TakePlace();
 }
 
 void NativeForm::LoadFont() {
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof metrics;
-    if (SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, dpi_) != 0) {
-        font_.Reset(CreateFontIndirectW(&metrics.lfMessageFont));
+    font_ = MakeFont({}, dpi_);
+}
+
+void NativeForm::LimitSize(MINMAXINFO& limits) const {
+    RECT least{0, 0, ToPixels(form_.LeastWidth(), dpi_), ToPixels(form_.LeastHeight(), dpi_)};
+    AdjustWindowRectExForDpi(&least, windowStyle, FALSE, 0, dpi_);
+    RECT place{};
+    GetWindowRect(Window(), &place);
+    const SIZE work = WorkSize(place);
+    POINT& limit = limits.ptMinTrackSize;
+    if (form_.LeastWidth() > 0) {
+        limit.x = std::max(limit.x, std::min(least.right - least.left, work.cx));
     }
-    // Without a font of its own a control draws in the system's old fixed one, which is still readable.
+    if (form_.LeastHeight() > 0) {
+        limit.y = std::max(limit.y, std::min(least.bottom - least.top, work.cy));
+    }
+}
+
+/// Paints anew all that shows the background.
+void NativeForm::ShowBackdrop() {
+    backdrop_.Forget();
+    RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 LRESULT CALLBACK NativeForm::Procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
@@ -290,13 +515,25 @@ LRESULT NativeForm::Handle(UINT message, WPARAM first, LPARAM second) {
         case WM_CLOSE:
             OnClose();
             return 0;
+        case WM_NOTIFY:
+            return OnNotify(*reinterpret_cast<const NMHDR*>(second));
         case WM_SIZE:
+            if (!form_.Backdrop().empty()) {
+                ShowBackdrop();  // every row is at another height
+            }
+            [[fallthrough]];
         case WM_MOVE:
             TakePlace();
             return 0;
         case WM_DPICHANGED:
             ChangeResolution(HIWORD(first), *reinterpret_cast<const RECT*>(second));
             return 0;
+        case WM_GETMINMAXINFO:
+            LimitSize(*reinterpret_cast<MINMAXINFO*>(second));
+            return 0;
+        case WM_DEVICECHANGE:
+            OnDeviceChange(first);
+            return TRUE;
         case WM_ACTIVATE:
             OnActivate(first);
             return 0;
@@ -310,16 +547,61 @@ LRESULT NativeForm::Handle(UINT message, WPARAM first, LPARAM second) {
             }
             break;
         case DM_GETDEFID:
-            return DefaultButton();
+            return EnterButtonId();
         default:
             break;
     }
+    LRESULT answer = 0;
+    if (HandlePainting(message, first, second, answer)) {
+        return answer;
+    }
     return DefWindowProcW(Window(), message, first, second);
+}
+
+bool NativeForm::HandlePainting(UINT message, WPARAM first, LPARAM second, LRESULT& answer) {
+    auto* const surface = reinterpret_cast<HDC>(first);
+    if (IsColourMessage(message)) {
+        NativeControl* control = FindByWindow(reinterpret_cast<HWND>(second));
+        answer = control == nullptr ? 0 : reinterpret_cast<LRESULT>(backdrop_.Colours(*control, surface));
+        return answer != 0;
+    }
+    switch (message) {
+        case WM_ERASEBKGND:
+            backdrop_.Paint(surface);
+            answer = TRUE;
+            return true;
+        case WM_PRINTCLIENT:
+            backdrop_.Print(surface);
+            return true;
+        case WM_SYSCOLORCHANGE:
+            for (const auto& control : controls_) {
+                SendMessageW(control->Window(), message, first, second);  // the system tells only the topmost windows
+            }
+            [[fallthrough]];
+        case WM_THEMECHANGED:
+            ShowBackdrop();
+            return false;
+        default:
+            return false;
+    }
 }
 
 void NativeForm::OnCommand(WPARAM first, LPARAM second) {
     if (NativeControl* control = FindByWindow(reinterpret_cast<HWND>(second))) {
         control->Notified(HIWORD(first));
+    }
+}
+
+LRESULT NativeForm::OnNotify(const NMHDR& notice) {
+    NativeControl* control = FindByWindow(notice.hwndFrom);
+    return control == nullptr ? 0 : control->Told(notice);
+}
+
+void NativeForm::OnDeviceChange(WPARAM first) {
+    if (first == DBT_DEVICEARRIVAL || first == DBT_DEVICEREMOVECOMPLETE) {
+        for (const auto& control : controls_) {
+            control->PostDevicesChanged();
+        }
     }
 }
 
@@ -339,18 +621,17 @@ void NativeForm::OnActivate(WPARAM first) {
 void NativeForm::OnFocus() {
     HWND wanted = lastFocus_;
     if (wanted == nullptr || IsWindowVisible(wanted) == 0 || IsWindowEnabled(wanted) == 0) {
-        wanted = GetNextDlgTabItem(Window(), nullptr, FALSE);
+        const NativeControl* first = keyboard_.First();
+        wanted = first == nullptr ? nullptr : first->Window();
     }
     if (wanted != nullptr) {
         SetFocus(wanted);
     }
 }
 
-/// Enter presses the button that has the keyboard.
-LRESULT NativeForm::DefaultButton() const {
-    HWND focus = GetFocus();
-    const bool button = focus != nullptr && (SendMessageW(focus, WM_GETDLGCODE, 0, 0) & DLGC_BUTTON) != 0;
-    return button ? MAKELRESULT(GetDlgCtrlID(focus), DC_HASDEFID) : 0;
+LRESULT NativeForm::EnterButtonId() const {
+    const NativeControl* button = keyboard_.EnterButton(GetFocus());
+    return button == nullptr ? 0 : MAKELRESULT(GetDlgCtrlID(button->Window()), DC_HASDEFID);
 }
 
 }  // namespace marlok::win32

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <new>
 
+#include "forms/FolderControls.h"
 #include "platform/win32/Wide.h"
 
 namespace marlok::win32 {
@@ -81,6 +82,11 @@ class TextMeasure {
 
 }  // namespace
 
+NativeList::NativeList(forms::ListBox& list, Post post)
+    : NativeControl(list, std::move(post)),
+      list_(list),
+      folders_(dynamic_cast<const forms::DirListBox*>(&list) != nullptr) {}
+
 NativeControl::WindowKind NativeList::Kind() const {
     const DWORD selection = list_.MultiSelect ? LBS_EXTENDEDSEL : 0;
     return {WC_LISTBOXW, LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | WS_HSCROLL | WS_TABSTOP | selection,
@@ -114,6 +120,10 @@ void NativeList::MirrorItems() {
     const auto [oldTail, newTail] = std::mismatch(shown_.rbegin(), std::make_reverse_iterator(oldEnd), wanted.rbegin(),
                                                   std::make_reverse_iterator(newEnd));
     const auto tail = static_cast<std::size_t>(oldTail - shown_.rbegin());
+    if (oldEnd == shown_.end() && newEnd == wanted.end()) {
+        return;
+    }
+    ++revision_;
     ReplaceLines(start, shown_.size() - start - tail, wanted.size() - start - tail);
     // Only the lines that differ: copying all lines each time would cost more than showing the new ones.
     shown_.erase(oldEnd, shown_.end() - static_cast<std::ptrdiff_t>(tail));
@@ -215,26 +225,49 @@ std::vector<int> NativeList::ShownSelection() const {
 
 void NativeList::Notified(WORD notification) {
     if (notification == LBN_SELCHANGE) {
-        PostAction([this] { TakeSelection(); });
+        PostAction([this, choice = Shown()] { Take(choice); });
     } else if (notification == LBN_DBLCLK) {
-        PostAction([this] {
-            if (list_.DblClick) {
-                list_.DblClick();
-            }
-        });
+        PostAction([this, choice = Shown()] { Open(choice); });
     }
 }
 
-void NativeList::TakeSelection() {
-    if (itemsChanged_ || selectionChanged_) {
-        return;  // the program has changed the list since: what the user saw is gone
+void NativeList::EnterPressed() {
+    PostAction([this, choice = Shown()] { Open(choice); });
+}
+
+NativeList::Choice NativeList::Shown() const {
+    if (list_.MultiSelect) {
+        return {revision_, static_cast<int>(Send(LB_GETCARETINDEX)), ShownSelection()};
     }
-    if (!list_.MultiSelect) {
-        const auto index = static_cast<int>(Send(LB_GETCURSEL));
-        list_.UserSelected(index, index >= 0 ? std::vector<int>{index} : std::vector<int>{});
+    const auto index = static_cast<int>(Send(LB_GETCURSEL));
+    return {revision_, index, index >= 0 ? std::vector<int>{index} : std::vector<int>{}};
+}
+
+/// False when the program has put other lines into the list since: what the user saw is gone. A list that was merely
+/// filled again with the same lines, as on a look for new folders, keeps its choice.
+bool NativeList::StillMeans(const Choice& choice) const {
+    return choice.revision == revision_ && (!itemsChanged_ || shown_ == list_.Items());
+}
+
+void NativeList::Take(const Choice& choice) {
+    if (!StillMeans(choice)) {
         return;
     }
-    list_.UserSelected(static_cast<int>(Send(LB_GETCARETINDEX)), ShownSelection());
+    selectionChanged_ = true;  // whatever the program has selected since, the window ends as the model does
+    list_.UserSelected(choice.index, choice.selected);
+}
+
+/// The line is the one that was clicked, even where the first click of the two has got lost on the way.
+void NativeList::Open(const Choice& choice) {
+    if (!StillMeans(choice)) {
+        return;
+    }
+    if (choice.index != list_.ListIndex()) {
+        Take(choice);
+    }
+    if (StillMeans(choice)) {
+        list_.UserOpened();
+    }
 }
 
 }  // namespace marlok::win32

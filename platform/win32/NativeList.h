@@ -12,15 +12,24 @@ namespace marlok::win32 {
 /// differ are touched: adding 100,000 lines one by one and showing them now and then stays quick.
 class NativeList : public NativeControl {
  public:
-    NativeList(forms::ListBox& list, Post post) : NativeControl(list, std::move(post)), list_(list) {}
+    NativeList(forms::ListBox& list, Post post);
     void Flush() override;
     void Notified(WORD notification) override;
+    bool TakesEnter() override { return folders_; }
+    void EnterPressed() override;
 
  protected:
     WindowKind Kind() const override;
     void MirrorContent(forms::Aspect aspect) override;
 
  private:
+    /// What the user saw chosen when he acted. It is applied later, when the list may be another one.
+    struct Choice {
+        unsigned revision;
+        int index;
+        std::vector<int> selected;
+    };
+
     void MirrorItems();
     void ReplaceLines(std::size_t start, std::size_t removed, std::size_t added);
     void MirrorSelection();
@@ -28,13 +37,18 @@ class NativeList : public NativeControl {
     [[nodiscard]] int SelectedOrFocused() const;
     [[nodiscard]] std::vector<int> ShownSelection() const;
     void Widen(const std::vector<std::string>& lines, std::size_t start, std::size_t count);
-    void TakeSelection();
+    [[nodiscard]] Choice Shown() const;
+    [[nodiscard]] bool StillMeans(const Choice& choice) const;
+    void Take(const Choice& choice);
+    void Open(const Choice& choice);
 
     forms::ListBox& list_;
+    bool folders_;                    ///< Enter opens the highlighted line
     std::vector<std::string> shown_;  ///< the lines that the window holds
     bool itemsChanged_ = false;
     bool selectionChanged_ = false;
-    int extent_ = 0;  ///< pixels of the longest line so far
+    unsigned revision_ = 0;  ///< raised whenever the window's lines become others
+    int extent_ = 0;         ///< pixels of the longest line so far
 };
 
 }  // namespace marlok::win32

@@ -49,6 +49,32 @@ void NativeLoop::Flush() {
     }
 }
 
+void NativeLoop::Animate() {
+    for (NativeForm* form : forms_) {
+        form->Animate();
+    }
+}
+
+std::uint32_t NativeLoop::NextFrameIn(std::uint32_t limit) const {
+    std::uint32_t next = limit;
+    for (const NativeForm* form : forms_) {
+        next = std::min(next, form->NextFrameIn());
+    }
+    return next;
+}
+
+NativeForm* NativeLoop::FormOf(HWND window) const {
+    HWND root = GetAncestor(window, GA_ROOT);
+    const auto found =
+        std::find_if(forms_.begin(), forms_.end(), [root](const NativeForm* form) { return form->Window() == root; });
+    return root == nullptr || found == forms_.end() ? nullptr : *found;
+}
+
+bool NativeLoop::TakesKey(MSG& message) const {
+    NativeForm* form = FormOf(message.hwnd);
+    return form != nullptr && (form->TakesKey(message) || IsDialogMessageW(form->Window(), &message) != 0);
+}
+
 HWND NativeLoop::ActiveWindow() const {
     if (HWND active = GetActiveWindow()) {
         return active;

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <deque>
 #include <exception>
 #include <functional>
@@ -42,6 +43,15 @@ class NativeLoop {
     /// Brings every window's lists up to date.
     void Flush();
 
+    /// Shows the frames of moving pictures that are due.
+    void Animate();
+
+    /// Milliseconds until a picture moves, no more than `limit`.
+    [[nodiscard]] std::uint32_t NextFrameIn(std::uint32_t limit) const;
+
+    /// Acts on a message of the keyboard before its window gets it. False when it goes its usual way.
+    [[nodiscard]] bool TakesKey(MSG& message) const;
+
     /// The active window, else the last visible one; null when the program shows none.
     [[nodiscard]] HWND ActiveWindow() const;
 
@@ -49,6 +59,8 @@ class NativeLoop {
     [[nodiscard]] bool Hourglass() const { return hourglass_; }
 
  private:
+    [[nodiscard]] NativeForm* FormOf(HWND window) const;
+
     struct Posted {
         const NativeForm* owner;
         Action action;

@@ -30,6 +30,10 @@ std::uint64_t Win32Clock::TickCount() {
     return GetTickCount64();
 }
 
+void Win32Clock::Sleep(std::uint32_t milliseconds) {
+    ::Sleep(milliseconds);
+}
+
 LocalTime Win32Clock::ToLocal(std::uint64_t fileTime) {
     FILETIME split{};
     split.dwHighDateTime = static_cast<DWORD>(fileTime >> 32);

@@ -9,6 +9,7 @@ class Win32Clock : public Clock {
  public:
     LocalTime Now() override;
     std::uint64_t TickCount() override;
+    void Sleep(std::uint32_t milliseconds) override;
     LocalTime ToLocal(std::uint64_t fileTime) override;
 };
 

@@ -4,8 +4,10 @@
 
 #include "platform/win32/Com.h"
 #include "platform/win32/NativeViews.h"
+#include "platform/win32/Win32Browser.h"
 #include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32Desktop.h"
+#include "platform/win32/Win32Drives.h"
 #include "platform/win32/Win32FileSystem.h"
 #include "platform/win32/Win32Process.h"
 #include "platform/win32/Win32Registry.h"
@@ -20,12 +22,14 @@ struct Win32Machine::Services {
     NativeViews views{loop};
     Win32Registry registry;
     Win32FileSystem files;
-    Win32Shell shell;
+    Win32Drives drives;
+    Win32Shell shell{loop};
     Win32Desktop desktop{loop};
     Win32Clock clock;
     Win32Process process;
     Win32SystemInfo system;
-    Machine machine{registry, files, shell, desktop, clock, process, system};
+    Win32Browser browser;
+    Machine machine{registry, files, drives, shell, desktop, clock, process, system, browser};
 };
 
 Win32Machine::Win32Machine() : services_(std::make_unique<Services>()) {

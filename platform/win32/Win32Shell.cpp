@@ -17,6 +17,34 @@ namespace {
 constexpr int invalidFiles = 0x7C;
 constexpr int operationCancelled = ERROR_CANCELLED;
 
+/// What a failed call to open a file comes to. The shell has codes of its own; it does not always set the system's.
+SystemError OpenError(const SHELLEXECUTEINFOW& request, SystemError code) {
+    if (code != error::success) {
+        return code;
+    }
+    const auto own = reinterpret_cast<INT_PTR>(request.hInstApp);
+    switch (own) {
+        case SE_ERR_FNF:
+        case SE_ERR_PNF:
+        case SE_ERR_ACCESSDENIED:
+        case SE_ERR_OOM:
+            return static_cast<SystemError>(own);  // numbered as the system's
+        case SE_ERR_SHARE:
+            return error::sharingViolation;
+        case SE_ERR_ASSOCINCOMPLETE:
+        case SE_ERR_NOASSOC:
+            return ERROR_NO_ASSOCIATION;
+        case SE_ERR_DLLNOTFOUND:
+            return ERROR_DLL_NOT_FOUND;
+        case SE_ERR_DDETIMEOUT:
+        case SE_ERR_DDEFAIL:
+        case SE_ERR_DDEBUSY:
+            return ERROR_DDE_FAIL;
+        default:
+            return error::ioDevice;
+    }
+}
+
 std::wstring DesktopByScriptHost() {
     Automation shell;
     Automation folders;
@@ -58,6 +86,30 @@ int Win32Shell::Perform(const ShellFileOperation& operation) {
     const int result = SHFileOperationW(&request);
     // The shell calls an operation that was broken off half-way a success.
     return result == 0 && request.fAnyOperationsAborted != FALSE ? operationCancelled : result;
+}
+
+SystemError Win32Shell::Open(const OpenRequest& request) {
+    if (request.path.empty()) {
+        return error::fileNotFound;  // the shell would open the folder instead
+    }
+    if (HoldsZero(request.path) || HoldsZero(request.parameters) || HoldsZero(request.folder)) {
+        return error::invalidName;
+    }
+    const std::wstring path = ToWide(request.path);
+    const std::wstring parameters = ToWide(request.parameters);
+    const std::wstring folder = ToWide(request.folder);
+    SHELLEXECUTEINFOW open{};
+    open.cbSize = sizeof open;
+    // Errors are the caller's to tell. The call ends when the file is open: this program may end right behind it.
+    open.fMask = SEE_MASK_FLAG_NO_UI | SEE_MASK_NOASYNC;
+    open.hwnd = loop_.ActiveWindow();
+    open.lpVerb = L"open";
+    open.lpFile = path.c_str();
+    open.lpParameters = parameters.empty() ? nullptr : parameters.c_str();
+    open.lpDirectory = folder.empty() ? nullptr : folder.c_str();
+    open.nShow = request.showMode;
+    SetLastError(ERROR_SUCCESS);
+    return ShellExecuteExW(&open) != 0 ? error::success : OpenError(open, GetLastError());
 }
 
 std::string Win32Shell::DesktopFolder() {

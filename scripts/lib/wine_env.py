@@ -30,7 +30,7 @@ from pathlib import Path
 REPO = Path(__file__).resolve().parents[2]
 
 # Raised when the way the template is made changes, so that old ones are not used any more.
-TEMPLATE_VERSION = 1
+TEMPLATE_VERSION = 2
 
 _MAX_SLOTS = 100
 _PR_SET_PDEATHSIG = 1
@@ -224,9 +224,20 @@ class WineEnvironment:
             if boot.returncode != 0 or not (template / "user.reg").exists():
                 raise WineError(f"wineboot failed ({boot.returncode}):\n{log.read_text(errors='replace')}")
             _own_user_folders(template)
+            self._draw_own_frames(template)
             ready.write_text(wanted)
         finally:
             os.close(lock)
+
+    def _draw_own_frames(self, template: Path) -> None:
+        """No window manager runs on the display: waiting for one would take two seconds for each dialog, and the windows
+        would have no frames."""
+        env = self._environment(template)
+        command = ["wine", "reg", "add", r"HKCU\Software\Wine\X11 Driver", "/v", "Managed", "/d", "N", "/f"]
+        subprocess.run(
+            command, env=env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True,
+            timeout=60)  # fmt: skip
+        self._wait_for_server(template)
 
     def _clone_template(self) -> None:
         # A server that a killed run left behind in this slot (the lock is ours, so nobody uses it).

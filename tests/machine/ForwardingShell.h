@@ -10,6 +10,7 @@ class ForwardingShell : public Shell {
     explicit ForwardingShell(Shell& inner) : inner_(inner) {}
 
     [[nodiscard]] int Perform(const ShellFileOperation& operation) override { return inner_.Perform(operation); }
+    [[nodiscard]] SystemError Open(const OpenRequest& request) override { return inner_.Open(request); }
     [[nodiscard]] std::string DesktopFolder() override { return inner_.DesktopFolder(); }
     [[nodiscard]] SystemError SaveShortcut(const Shortcut& shortcut) override { return inner_.SaveShortcut(shortcut); }
 

@@ -20,6 +20,7 @@ class InMemoryClock : public Clock {
 
     [[nodiscard]] LocalTime Now() override;
     [[nodiscard]] std::uint64_t TickCount() override;
+    void Sleep(std::uint32_t milliseconds) override { Advance(milliseconds); }
     [[nodiscard]] LocalTime ToLocal(std::uint64_t fileTime) override;
 
     [[nodiscard]] FileTime NowAsFileTime() const { return now_; }

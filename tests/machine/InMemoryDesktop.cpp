@@ -22,10 +22,15 @@ int FirstButton(std::uint32_t style) {
 }  // namespace
 
 int InMemoryDesktop::ShowMessage(const std::string& text, std::uint32_t style, const std::string& title) {
+    return ShowMessageWithCaptions(text, style, title, {});
+}
+
+int InMemoryDesktop::ShowMessageWithCaptions(const std::string& text, std::uint32_t style, const std::string& title,
+                                             const std::vector<ButtonCaption>& captions) {
     if (!faults_.Alive()) {
         return FirstButton(style);
     }
-    ShownMessage message{text, style, title, 0};
+    ShownMessage message{text, style, title, 0, captions};
     message.answer = handler_ ? handler_(message) : 0;
     if (message.answer == 0 && !answers_.empty()) {
         message.answer = answers_.front();
@@ -37,6 +42,19 @@ int InMemoryDesktop::ShowMessage(const std::string& text, std::uint32_t style, c
     }
     messages_.push_back(message);
     return message.answer;
+}
+
+std::string InMemoryDesktop::AskText(const std::string& prompt, const std::string& title, int left, int top) {
+    if (!faults_.Alive()) {
+        return "";
+    }
+    asked_.push_back({prompt, title, left, top});
+    if (texts_.empty()) {
+        return "";
+    }
+    std::string answer = std::move(texts_.front());
+    texts_.pop_front();
+    return answer;
 }
 
 void InMemoryDesktop::ShowHourglass(bool on) {

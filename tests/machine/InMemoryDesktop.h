@@ -18,6 +18,15 @@ struct ShownMessage {
     std::uint32_t style = 0;
     std::string title;
     int answer = 0;  ///< the button that was pressed
+    std::vector<Desktop::ButtonCaption> captions = {};
+};
+
+/// A question for a line of text that the program has asked.
+struct AskedText {
+    std::string prompt;
+    std::string title;
+    int left = 0;
+    int top = 0;
 };
 
 /// A screen nobody looks at: message boxes are answered from a script, user actions come from a queue.
@@ -26,6 +35,9 @@ class InMemoryDesktop : public Desktop {
     InMemoryDesktop(InMemoryClock& clock, FaultPlan& faults) : clock_(clock), faults_(faults) {}
 
     int ShowMessage(const std::string& text, std::uint32_t style, const std::string& title) override;
+    int ShowMessageWithCaptions(const std::string& text, std::uint32_t style, const std::string& title,
+                                const std::vector<ButtonCaption>& captions) override;
+    [[nodiscard]] std::string AskText(const std::string& prompt, const std::string& title, int left, int top) override;
     void ShowHourglass(bool on) override;
     void PaintPending() override;
 
@@ -33,11 +45,20 @@ class InMemoryDesktop : public Desktop {
     /// @throws std::logic_error when it would wait for ever: no time limit, no action.
     void WaitForInput(std::uint32_t milliseconds) override;
 
+    std::vector<TopLevelWindow> TopLevelWindows() override { return topLevelWindows; }
+    void CloseWindow(std::uint64_t handle) override { closedWindows.push_back(handle); }
+    void DiscardInput() override { ++discards_; }
+    int ScrollBarWidth() override { return scrollBar; }
+    int ScrollBarHeight() override { return scrollBar; }
     int ScreenWidth() override { return screenWidth_; }
     int ScreenHeight() override { return screenHeight_; }
 
     /// The next message box not answered yet gets this button (`button::`).
     void Answer(int pressed) { answers_.push_back(pressed); }
+
+    /// The next question for a text not answered yet gets this one; without any it is cancelled.
+    void AnswerText(std::string text) { texts_.push_back(std::move(text)); }
+    [[nodiscard]] const std::vector<AskedText>& AskedTexts() const { return asked_; }
 
     /// Asked for every box before the script is; 0 leaves the answer to the script.
     void OnMessage(std::function<int(const ShownMessage&)> handler) { handler_ = std::move(handler); }
@@ -57,6 +78,13 @@ class InMemoryDesktop : public Desktop {
     [[nodiscard]] bool Hourglass() const { return hourglass_; }
     [[nodiscard]] int HourglassesShown() const { return hourglassesShown_; }
     [[nodiscard]] int Paints() const { return paints_; }
+    /// Windows of all programs, as the test wants them; and those that the program has closed, in order.
+    std::vector<TopLevelWindow> topLevelWindows;
+    std::vector<std::uint64_t> closedWindows;
+
+    [[nodiscard]] int Discards() const { return discards_; }
+
+    static constexpr int scrollBar = 17 * 15;  ///< twips
 
     /// A new process: its pointer is normal, actions meant for the old one are gone. The records stay.
     void Restart();
@@ -68,10 +96,13 @@ class InMemoryDesktop : public Desktop {
     std::deque<std::function<void()>> actions_;
     std::function<int(const ShownMessage&)> handler_;
     std::vector<ShownMessage> messages_;
+    std::deque<std::string> texts_;
+    std::vector<AskedText> asked_;
     int unexpectedBoxes_ = 0;
     bool hourglass_ = false;
     int hourglassesShown_ = 0;
     int paints_ = 0;
+    int discards_ = 0;
     int screenWidth_ = 1920 * 15;  // twips at 96 dots to the inch
     int screenHeight_ = 1080 * 15;
 };

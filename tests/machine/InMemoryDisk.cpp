@@ -92,6 +92,10 @@ Volume& InMemoryDisk::AddVolume(const std::string& root, const DriveOptions& opt
     return *volume;
 }
 
+void InMemoryDisk::RemoveVolume(const std::string& root) {
+    volumes_.erase(NameKey(root));
+}
+
 Volume* InMemoryDisk::FindVolume(const std::string& root) const {
     const auto found = volumes_.find(NameKey(root));
     return found == volumes_.end() ? nullptr : found->second.get();

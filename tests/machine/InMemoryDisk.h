@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Drives.h"
 #include "platform/FileSystem.h"
 #include "tests/machine/InMemoryClock.h"
 #include "tests/machine/PathParts.h"
@@ -61,6 +62,8 @@ struct DriveOptions {
     std::uint64_t capacityBytes = 0;    ///< room for file contents; 0: unlimited
     std::uint64_t timeGranularity = 1;  ///< file times are kept as multiples of this many 100-nanosecond intervals
     bool listsInCreationOrder = false;  ///< as FAT does, instead of by name
+    Drive::Kind kind = Drive::Kind::fixed;
+    std::string volumeName = {};
 };
 
 struct Volume {
@@ -92,6 +95,9 @@ class InMemoryDisk {
 
     /// Adds an empty drive or share ("E:", "\\server\share"), or changes the options of the one there is.
     Volume& AddVolume(const std::string& root, const DriveOptions& options);
+
+    /// Takes a drive or share away, whatever is on it.
+    void RemoveVolume(const std::string& root);
 
     /// The volume of that root; null when there is none.
     [[nodiscard]] Volume* FindVolume(const std::string& root) const;

@@ -13,13 +13,18 @@ using Follow = InMemoryDisk::Follow;
 
 }  // namespace
 
-InMemoryMachine::InMemoryMachine() : machine_{registry, files, shell, desktop, clock, process, system} {
+InMemoryMachine::InMemoryMachine()
+    : machine_{registry, files, drives, shell, desktop, clock, process, system, browser} {
     Seed({{system.windowsFolder + "\\"}, {process.programFolder + "\\"}, {shell.desktopFolder + "\\"}});
     process.SetCurrentFolder(process.programFolder);
 }
 
 void InMemoryMachine::AddDrive(char letter, const DriveOptions& options) {
     disk.AddVolume(std::string(1, letter) + ":", options);
+}
+
+void InMemoryMachine::RemoveDrive(char letter) {
+    disk.RemoveVolume(std::string(1, letter) + ":");
 }
 
 void InMemoryMachine::AddShare(const std::string& root, const DriveOptions& options) {

@@ -7,9 +7,11 @@
 
 #include "platform/Machine.h"
 #include "tests/machine/FaultPlan.h"
+#include "tests/machine/InMemoryBrowser.h"
 #include "tests/machine/InMemoryClock.h"
 #include "tests/machine/InMemoryDesktop.h"
 #include "tests/machine/InMemoryDisk.h"
+#include "tests/machine/InMemoryDrives.h"
 #include "tests/machine/InMemoryFiles.h"
 #include "tests/machine/InMemoryProcess.h"
 #include "tests/machine/InMemoryRegistry.h"
@@ -36,11 +38,13 @@ class InMemoryMachine {
     InMemoryClock clock{faults};
     InMemoryDisk disk{clock};
     InMemoryFiles files{disk, faults};
+    InMemoryDrives drives{disk};
     InMemoryRegistry registry{faults};
     InMemoryShell shell{disk, faults};
     InMemoryDesktop desktop{clock, faults};
     InMemoryProcess process{disk, faults};
     InMemorySystem system{faults};
+    InMemoryBrowser browser;
 
     /// Adds an empty drive, or changes the options of one; a share likewise ("\\server\share").
     void AddDrive(char letter, const DriveOptions& options = {});
@@ -49,6 +53,9 @@ class InMemoryMachine {
     /// Every access to the drive or share ("E:") fails with `code` until it is set to success: `error::notReady` for
     /// a drive without its disk, `error::badNetworkPath` for a server that is gone.
     void SetDriveFailure(const std::string& root, SystemError code);
+
+    /// Takes a drive out of the machine with everything on it.
+    void RemoveDrive(char letter);
 
     /// Puts files and folders on the disk, those above them included; drives and shares that are missing too. A file
     /// that exists is replaced.

@@ -231,6 +231,15 @@ int InMemoryShell::CopyOne(const Node& node, const std::string& target) {
     return 0;
 }
 
+SystemError InMemoryShell::Open(const OpenRequest& request) {
+    if (const SystemError code = faults_.Enter("Shell.Open", request.path, false); code != error::success) {
+        return code;
+    }
+    opened_.push_back(request);
+    const Location location = disk_.Locate(request.path, Follow::yes);
+    return location.node != nullptr ? error::success : location.error;
+}
+
 SystemError InMemoryShell::SaveShortcut(const Shortcut& shortcut) {
     if (const SystemError code = faults_.Enter("Shell.Shortcut", shortcut.path, true); code != error::success) {
         return code;

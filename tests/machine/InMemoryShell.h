@@ -17,6 +17,10 @@ class InMemoryShell : public Shell {
     InMemoryShell(InMemoryDisk& disk, FaultPlan& faults) : disk_(disk), faults_(faults) {}
 
     [[nodiscard]] int Perform(const ShellFileOperation& operation) override;
+
+    /// Records the request. A file that is not there cannot be opened ("Shell.Open").
+    [[nodiscard]] SystemError Open(const OpenRequest& request) override;
+
     [[nodiscard]] std::string DesktopFolder() override { return desktopFolder; }
 
     /// Records the shortcut and writes its file ("Shell.Shortcut").
@@ -32,6 +36,7 @@ class InMemoryShell : public Shell {
 
     [[nodiscard]] const std::vector<Shortcut>& Shortcuts() const { return shortcuts_; }
     [[nodiscard]] const std::vector<ShellFileOperation>& Operations() const { return operations_; }
+    [[nodiscard]] const std::vector<OpenRequest>& Opened() const { return opened_; }
 
  private:
     [[nodiscard]] SystemError Expand(const std::string& from, std::vector<NodePtr>& nodes) const;
@@ -50,6 +55,7 @@ class InMemoryShell : public Shell {
     FaultPlan& faults_;
     std::vector<Shortcut> shortcuts_;
     std::vector<ShellFileOperation> operations_;
+    std::vector<OpenRequest> opened_;
 };
 
 }  // namespace marlok::test

@@ -6,12 +6,15 @@
 #include "forms/Windows.h"
 #include "platform/RuntimeError.h"
 #include "tests/machine/InMemoryMachine.h"
+#include "tests/unit/RecordingViews.h"
 
 namespace marlok::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 std::vector<std::string>& Events() {
     static std::vector<std::string> events;
@@ -181,6 +184,185 @@ TEST_F(FormsTest, ATreeHasUniqueKeysAndPaths) {
     tree.Clear();
     EXPECT_EQ(tree.NodeCount(), 0);
     EXPECT_EQ(tree.Find("C:\\DataDir"), nullptr);
+}
+
+TEST_F(FormsTest, PressingACheckBoxChecksAndClearsIt) {
+    forms::CheckBox box(windows.Load<FirstForm>(), "Check1", "Run");
+    box.UserPressed();
+    EXPECT_EQ(box.Value, forms::CheckBox::State::checked);
+    box.UserPressed();
+    EXPECT_EQ(box.Value, forms::CheckBox::State::unchecked);
+}
+
+TEST_F(FormsTest, PressingACheckBoxFiresClickAfterItsValueHasChanged) {
+    forms::CheckBox box(windows.Load<FirstForm>(), "Check1", "Run");
+    std::vector<forms::CheckBox::State> seen;
+    box.Click = [&] { seen.push_back(box.Value); };
+    box.UserPressed();
+    box.UserPressed();
+    EXPECT_THAT(seen, ElementsAre(forms::CheckBox::State::checked, forms::CheckBox::State::unchecked));
+}
+
+TEST_F(FormsTest, NoPressingGreysACheckBox) {
+    forms::CheckBox box(windows.Load<FirstForm>(), "Check1", "Run");
+    box.Value = forms::CheckBox::State::greyed;
+    for (int press = 0; press < 3; ++press) {
+        box.UserPressed();
+        EXPECT_NE(box.Value, forms::CheckBox::State::greyed) << press;
+    }
+}
+
+TEST_F(FormsTest, CheckingABoxInCodeFiresNothing) {
+    forms::CheckBox box(windows.Load<FirstForm>(), "Check1", "Run");
+    int clicks = 0;
+    box.Click = [&clicks] { ++clicks; };
+    box.Value = forms::CheckBox::State::checked;
+    EXPECT_EQ(clicks, 0);
+}
+
+TEST_F(FormsTest, PressingACheckBoxWithoutAHandlerOnlyChecksIt) {
+    forms::CheckBox box(windows.Load<FirstForm>(), "Check1");
+    EXPECT_NO_THROW(box.UserPressed());
+    EXPECT_EQ(box.Value, forms::CheckBox::State::checked);
+}
+
+TEST_F(FormsTest, AControlIsShownOnlyInAContainerThatIsShown) {
+    FirstForm& form = windows.Load<FirstForm>();
+    forms::PictureBox outer(form, "Outer");
+    forms::PictureBox inner(form, "Inner");
+    forms::Label label(form, "Label1");
+    inner.SetContainer(&outer);
+    label.SetContainer(&inner);
+    EXPECT_TRUE(label.IsShown());
+    outer.Visible = false;
+    EXPECT_FALSE(label.IsShown());
+    EXPECT_TRUE(label.Visible) << "its own visibility is kept";
+    outer.Visible = true;
+    EXPECT_TRUE(label.IsShown());
+}
+
+TEST_F(FormsTest, AHiddenControlIsNotShownWhateverContainsIt) {
+    FirstForm& form = windows.Load<FirstForm>();
+    forms::PictureBox box(form, "Picture1");
+    forms::Label label(form, "Label1");
+    label.SetContainer(&box);
+    label.Visible = false;
+    EXPECT_FALSE(label.IsShown());
+}
+
+TEST_F(FormsTest, AControlTakenOutOfItsContainerIsShownByItself) {
+    FirstForm& form = windows.Load<FirstForm>();
+    forms::PictureBox box(form, "Picture1");
+    forms::Label label(form, "Label1");
+    box.Visible = false;
+    label.SetContainer(&box);
+    EXPECT_EQ(label.Container(), &box);
+    label.SetContainer(nullptr);
+    EXPECT_EQ(label.Container(), nullptr);
+    EXPECT_TRUE(label.IsShown());
+}
+
+TEST_F(FormsTest, AWindowMayHaveAnySizeUntilALeastOneIsSet) {
+    FirstForm& form = windows.Load<FirstForm>();
+    EXPECT_EQ(form.LeastWidth(), 0);
+    EXPECT_EQ(form.LeastHeight(), 0);
+    form.SetLeastSize(3000, 2000);
+    EXPECT_EQ(form.LeastWidth(), 3000);
+    EXPECT_EQ(form.LeastHeight(), 2000);
+}
+
+/// The same windows with views that remember what they were told.
+class ViewsTest : public FormsTest {
+ protected:
+    FirstForm& Shown() {
+        FirstForm& form = viewed.Load<FirstForm>();
+        form.Show();
+        views.records.clear();
+        return form;
+    }
+
+    RecordingViews views;
+    forms::Windows viewed{machine.desktop, machine.clock, &views};
+};
+
+TEST_F(ViewsTest, AViewIsAttachedWhenTheWindowIsFirstShown) {
+    FirstForm& form = viewed.Load<FirstForm>();
+    EXPECT_THAT(views.records, IsEmpty());
+    form.Show();
+    form.Hide();
+    form.Show();
+    EXPECT_THAT(views.records,
+                ElementsAre("FirstForm attached", "FirstForm changed", "FirstForm changed", "FirstForm changed"));
+}
+
+TEST_F(ViewsTest, AChangeBeforeTheFirstShowNeedsNoView) {
+    FirstForm& form = viewed.Load<FirstForm>();
+    form.List1.AddItem("a");
+    form.SetCaption("Other");
+    form.Refresh();
+    EXPECT_THAT(views.records, IsEmpty());
+}
+
+TEST_F(ViewsTest, AValueThatIsAssignedAgainTellsNothing) {
+    FirstForm& form = Shown();
+    form.List1.Visible = true;
+    EXPECT_THAT(views.records, IsEmpty());
+    form.List1.Visible = false;
+    EXPECT_THAT(views.records, ElementsAre("FirstForm.List1 changed"));
+}
+
+TEST_F(ViewsTest, AnotherContainerIsToldOnce) {
+    FirstForm& form = Shown();
+    forms::PictureBox box(form, "Picture1");
+    form.List1.SetContainer(&box);
+    form.List1.SetContainer(&box);
+    EXPECT_THAT(views.records, ElementsAre("FirstForm.List1 changed"));
+    form.List1.SetContainer(nullptr);
+}
+
+TEST_F(ViewsTest, CaptionPlaceAndBackdropAreTold) {
+    FirstForm& form = Shown();
+    form.SetCaption("Other");
+    form.Place(1, 2, 3, 4);
+    form.SetBackdrop({forms::Rgb(1, 2, 3)});
+    EXPECT_THAT(views.records, ElementsAre("FirstForm changed", "FirstForm changed", "FirstForm changed"));
+}
+
+TEST_F(ViewsTest, AControlThatGoesBeforeItsWindowIsTold) {
+    FirstForm& form = Shown();
+    {
+        const forms::Label label(form, "Label1");
+        EXPECT_THAT(views.records, IsEmpty());
+    }
+    EXPECT_THAT(views.records, ElementsAre("FirstForm.Label1 removed"));
+}
+
+TEST_F(ViewsTest, AControlThatHasGoneBelongsToTheWindowNoLonger) {
+    FirstForm& form = Shown();
+    const std::size_t before = form.Controls().size();
+    {
+        const forms::Label label(form, "Label1");
+        EXPECT_THAT(form.Controls(), Contains(&label));
+    }
+    EXPECT_EQ(form.Controls().size(), before);
+}
+
+TEST_F(ViewsTest, AViewIsToldOfItsOwnWindowAlone) {
+    FirstForm& form = Shown();
+    SecondForm& other = viewed.Load<SecondForm>();
+    other.SetCaption("Not shown yet");
+    EXPECT_THAT(views.records, IsEmpty());
+    form.Refresh();
+    EXPECT_THAT(views.records, ElementsAre("FirstForm refreshed"));
+}
+
+TEST_F(ViewsTest, TheViewIsGoneOnceTheWindowIsUnloaded) {
+    FirstForm& form = Shown();
+    form.Unload();
+    viewed.Run();
+    EXPECT_THAT(views.records, Contains("FirstForm detached"));
+    viewed.Load<FirstForm>();
+    EXPECT_THAT(views.records, Not(Contains("FirstForm attached"))) << "a window is loaded unseen";
 }
 
 }  // namespace

@@ -281,8 +281,8 @@ TEST_F(MainTest, TheFirstValueOfAListIsNumberedTwo) {
 
 TEST_F(MainTest, TooManySourcesAreAnOverflow) {
     EndlessRegistry registry(machine.registry);
-    Machine endless{registry,      machine.files,   machine.shell, machine.desktop,
-                    machine.clock, machine.process, machine.system};
+    Machine endless{registry,      machine.files,   machine.drives, machine.shell,  machine.desktop,
+                    machine.clock, machine.process, machine.system, machine.browser};
     Program program(endless, nullptr);
     try {
         app::Main(program);

@@ -82,7 +82,8 @@ void Configure(InMemoryMachine& machine, const std::vector<LocationSetup>& locat
 }
 
 Machine WithFiles(InMemoryMachine& machine, FileSystem& files) {
-    return {machine.registry, files, machine.shell, machine.desktop, machine.clock, machine.process, machine.system};
+    return {machine.registry, files,           machine.drives, machine.shell,  machine.desktop,
+            machine.clock,    machine.process, machine.system, machine.browser};
 }
 
 int RunProgram(InMemoryMachine& machine, const std::string& arguments) {

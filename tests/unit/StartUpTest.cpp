@@ -18,6 +18,13 @@ class StartUpTest : public ProgramTest {
         return program;
     }
 
+    /// Starts without arguments and lets the greeting pass.
+    ui::frmSSTab& StartIntoTheMainWindow() {
+        Start("");
+        WaitFor(machine, program, [&] { return program.windows.Find<ui::frmSSTab>() != nullptr; });
+        return *program.windows.Find<ui::frmSSTab>();
+    }
+
     Program program{machine.machine(), nullptr};
 };
 
@@ -105,6 +112,46 @@ TEST_F(StartUpTest, ItsLabelsGreetAndAsk) {
     EXPECT_EQ(window->Timer1.Interval(), 2500U);
     EXPECT_EQ(window->Timer2.Interval(), 500U);
     EXPECT_FALSE(window->Timer2.Running());
+}
+
+TEST_F(StartUpTest, WithoutALocationTheTabForBackupFoldersComesToTheFront) {
+    EXPECT_EQ(StartIntoTheMainWindow().SSTab1.Tab(), 1);
+}
+
+TEST_F(StartUpTest, WithALocationButNoSourcesTheTabForFilesComesToTheFront) {
+    Configure(machine, {{R"(E:\Save)", {}}});
+    const ui::frmSSTab& window = StartIntoTheMainWindow();
+    EXPECT_EQ(window.SSTab1.Tab(), 2);
+    EXPECT_THAT(window.List9.Items(), ElementsAre(R"(E:\Save)"));
+}
+
+TEST_F(StartUpTest, TheGreetingSaysThatLocationsAreMissing) {
+    EXPECT_EQ(Start("").windows.Find<app::frmStartUp>()->Label3.Caption.Get(), "Backup Locations");
+}
+
+TEST_F(StartUpTest, TheGreetingSaysThatFilesAreMissing) {
+    Configure(machine, {{R"(E:\Save)", {}}});
+    EXPECT_EQ(Start("").windows.Find<app::frmStartUp>()->Label3.Caption.Get(), "Files To Backup");
+}
+
+TEST_F(StartUpTest, NoBackupCanBeStartedFromAnIncompleteConfiguration) {
+    for (const std::vector<LocationSetup>& incomplete :
+         {std::vector<LocationSetup>(), std::vector<LocationSetup>{{R"(E:\Save)", {}}}}) {
+        Configure(machine, incomplete);
+        Program other(machine.machine(), nullptr);
+        app::Main(other);
+        WaitFor(machine, other, [&] { return other.windows.Find<ui::frmSSTab>() != nullptr; });
+        const auto& window = *other.windows.Find<ui::frmSSTab>();
+        EXPECT_FALSE(window.Frame1.Visible);
+        EXPECT_FALSE(window.Command8.Enabled);
+        EXPECT_FALSE(window.Command9.Enabled);
+    }
+}
+
+TEST_F(StartUpTest, TheMainWindowIsOnTheScreenWhenTheGreetingGoes) {
+    EXPECT_TRUE(StartIntoTheMainWindow().IsVisible());
+    EXPECT_EQ(program.windows.Find<app::frmStartUp>(), nullptr);
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
 }
 
 }  // namespace

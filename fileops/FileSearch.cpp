@@ -1,0 +1,151 @@
+#include "fileops/FileSearch.h"
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "fileops/FolderFunctions.h"
+#include "fileops/WorkingFiles.h"
+#include "platform/Text.h"
+
+namespace marlok {
+
+namespace {
+
+/// True when `name` matches `pattern`: "*" stands for any characters, "?" for one; letter case does not matter.
+bool Matches(std::u16string_view name, std::u16string_view pattern) {
+    std::size_t at = 0;
+    std::size_t star = std::u16string_view::npos;  // the last "*" met in the pattern
+    std::size_t resume = 0;                        // where in the name it is tried next
+    std::size_t p = 0;
+    while (at < name.size()) {
+        if (p < pattern.size() && (pattern[p] == u'?' || text::FoldUnit(pattern[p]) == text::FoldUnit(name[at])) &&
+            pattern[p] != u'*') {
+            ++p;
+            ++at;
+        } else if (p < pattern.size() && pattern[p] == u'*') {
+            star = p++;
+            resume = at;
+        } else if (star != std::u16string_view::npos) {
+            p = star + 1;
+            at = ++resume;
+        } else {
+            return false;
+        }
+    }
+    return pattern.find_first_not_of(u'*', p) == std::u16string_view::npos;
+}
+
+class Searcher {
+ public:
+    Searcher(FileSystem& files, SearchSpec& spec, forms::ListBox* fileList, FoundFolders* folders,
+             const bool& gSearchOn)
+        : files_(files),
+          spec_(spec),
+          fileList_(fileList),
+          folders_(spec.listFolders ? folders : nullptr),
+          gSearchOn_(gSearchOn),
+          everything_(spec.pattern == "*.*" || spec.pattern == "*"),
+          pattern_(text::ToUtf16(spec.pattern)) {}
+
+    /// An explicit stack: folders may be nested deeper than calls can be.
+    void Run() {
+        Enter(AddBackslash(spec_.folder), none);
+        while (!open_.empty() && gSearchOn_) {
+            Level& level = open_.back();
+            if (level.code != error::success) {
+                if (level.code != error::noMoreFiles) {
+                    MarkHolding(level.number);
+                }
+                open_.pop_back();
+                continue;
+            }
+            const DirectoryEntry entry = std::move(level.next);
+            const std::string path = level.folder + entry.name;
+            level.code = level.search->Next(level.next);
+            Take(entry, path, level.number);
+        }
+    }
+
+ private:
+    struct Level {
+        std::string folder;  ///< with "\" at its end
+        std::unique_ptr<FolderSearch> search;
+        DirectoryEntry next;
+        SystemError code = error::success;  ///< whether `next` holds an entry
+        std::size_t number = 0;             ///< of the folder among those found; `none` for the one searched
+    };
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+    void Enter(std::string folder, std::size_t number) {
+        Level level;
+        level.folder = std::move(folder);
+        level.number = number;
+        level.code = files_.FindFirst(level.folder + "*", level.search, level.next);
+        if (level.code == error::fileNotFound) {
+            level.code = error::noMoreFiles;  // a drive's root without any entry
+        }
+        open_.push_back(std::move(level));
+    }
+
+    /// Marks the folder and those it lies in. What is marked has been passed upwards already.
+    void MarkHolding(std::size_t number) {
+        if (folders_ == nullptr) {
+            return;
+        }
+        for (std::size_t i = open_.size(); i > 0; --i) {
+            const std::size_t at = open_[i - 1].number;
+            if (at == none || (at != number && folders_->holdsFiles[at])) {
+                return;
+            }
+            folders_->holdsFiles[at] = true;
+        }
+    }
+
+    void Take(const DirectoryEntry& entry, const std::string& path, std::size_t in) {
+        if (entry.name == "." || entry.name == "..") {
+            return;
+        }
+        if (entry.IsFolder()) {
+            if (entry.IsLink()) {
+                MarkHolding(in);
+                return;
+            }
+            ++spec_.folderCount;
+            std::size_t number = none;
+            if (folders_ != nullptr) {
+                number = folders_->paths.size();
+                folders_->paths.push_back(path);
+                folders_->holdsFiles.push_back(false);
+            }
+            Enter(path + "\\", number);
+            return;
+        }
+        MarkHolding(in);
+        if (workingfile::IsWorkingFile(entry.name) || (!everything_ && !Matches(text::ToUtf16(entry.name), pattern_))) {
+            return;
+        }
+        ++spec_.fileCount;
+        if (fileList_ != nullptr) {
+            fileList_->AddItem(path);
+        }
+    }
+
+    FileSystem& files_;
+    SearchSpec& spec_;
+    forms::ListBox* fileList_;
+    FoundFolders* folders_;
+    const bool& gSearchOn_;
+    bool everything_;
+    std::u16string pattern_;
+    std::vector<Level> open_;
+};
+
+}  // namespace
+
+void SearchFiles(FileSystem& files, SearchSpec& spec, forms::ListBox* fileList, FoundFolders* folders,
+                 const bool& gSearchOn) {
+    Searcher(files, spec, fileList, folders, gSearchOn).Run();
+}
+
+}  // namespace marlok

@@ -1,0 +1,22 @@
+#include "platform/win32/AccessibleName.h"
+
+#include "platform/win32/Com.h"
+// Behind the types of COM, which it uses.
+#include <oleacc.h>
+
+#include "platform/win32/Wide.h"
+
+namespace marlok::win32 {
+
+void NameForScreenReaders(HWND window, const std::string& name) {
+    ComPtr<IAccPropServices> service;
+    if (FAILED(CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices,
+                                service.ReceiveVoid()))) {
+        return;
+    }
+    // A failure leaves the window's text, which most readers find by themselves.
+    static_cast<void>(service->SetHwndPropStr(window, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, PROPID_ACC_NAME,
+                                              ToWide(name).c_str()));
+}
+
+}  // namespace marlok::win32

@@ -1,0 +1,109 @@
+#include "ui/frmReplace.h"
+
+#include <algorithm>
+
+#include "engine/RunLog.h"
+#include "fileops/Errors.h"
+#include "fileops/FolderFunctions.h"
+#include "forms/Area.h"
+#include "forms/Measures.h"
+#include "ui/frmSSTab.h"
+
+namespace marlok::ui {
+
+namespace {
+
+constexpr forms::Colour alarm = forms::Rgb(192, 0, 0);
+
+// Twips.
+constexpr int leastHeight = 3600;
+constexpr int listBorder = 105;
+
+}  // namespace
+
+frmReplace::frmReplace(forms::Windows& windows, Program& program)
+    : Form(windows, "frmReplace", "Marlok Backup Utility File Replacement Program"), program_(program) {
+    List1.Visible = false;
+    Label4.Visible = false;
+    Label4.ForeColor = alarm;
+    Label3.Alignment = forms::Label::Align::centre;
+    List2.AccessibleName = std::string("Files Replaced");
+    Command1.Click = [this] { Unload(); };
+    Timer1.Tick = [this] { Timer1_Timer(); };
+}
+
+void frmReplace::Form_Load() {
+    const int screenWidth = program_.machine.desktop.ScreenWidth();
+    const int screenHeight = program_.machine.desktop.ScreenHeight();
+    Place(screenWidth / 4, screenHeight / 4, screenWidth / 2, std::max(leastHeight, screenHeight / 2));
+    Form_Resize();
+    for (forms::Control* later : std::initializer_list<forms::Control*>{&Command1, &List2, &Label1, &Label2}) {
+        later->Visible = false;
+    }
+    Label3.Visible = true;
+}
+
+void frmReplace::Form_Resize() {
+    namespace measure = forms::measure;
+    Label3.MoveTo(0, (Height() - measure::lineHeight) / 2, Width(), measure::lineHeight);
+    forms::Area inner = forms::Area{0, 0, Width(), Height()}.Inside(measure::margin);
+    Put(Label2, inner.TakeTop(measure::lineHeight));
+    Put(Label1, inner.TakeTop(measure::lineHeight, measure::gap));
+    forms::Area bottom = inner.TakeBottom(measure::buttonHeight, measure::gap);
+    Put(Command1, bottom.TakeRight(measure::buttonWidth, measure::gap));
+    Put(Label4, bottom);
+    Put(List2, {listBorder / 2, inner.top, Width() - listBorder, inner.height});
+}
+
+void frmReplace::Timer1_Timer() {
+    Timer1.Stop();
+    WriteReplacedLog();
+    WriteErrorLog(program_, report);
+    Hide();
+    for (forms::Control* finished : std::initializer_list<forms::Control*>{&Command1, &List2, &Label1, &Label2}) {
+        finished->Visible = true;
+    }
+    Label3.Visible = false;
+    TellFailures();
+    Show();
+    Refresh();
+}
+
+void frmReplace::TellFailures() {
+    const std::size_t failures = report.Lines().size();
+    if (failures > 0) {
+        Label4.Caption = std::to_string(failures) + (failures == 1 ? " File" : " Files") + " Not Replaced, See \"" +
+                         programfile::errorLog + "\"";
+        Label4.Visible = true;
+    }
+}
+
+void frmReplace::WriteReplacedLog() {
+    program_.gAppFolder = AddBackslash(program_.machine.process.ProgramFolder());
+    const std::string log = program_.gAppFolder + programfile::replacedLog;
+    const LocalTime now = program_.machine.clock.Now();
+    const std::string count = std::to_string(List2.ListCount());
+    const std::string header =
+        "Total files replaced " + FormatLogDate(now) + " At " + FormatLogTime(now) + " was " + count;
+    const SystemError written = WriteLog(program_, log, LogText(header, List2));
+    if (written != error::success) {
+        report.Add(log, written);
+    }
+    Label1.Caption = count + " Files Were Replaced";
+    Label2.Caption = std::string("File Replacement Completed");
+    Desktop& desktop = program_.machine.desktop;
+    desktop.ShowHourglass(true);
+    const SystemError linked = MakeDesktopShortcut(program_, log, "Replaced File Log", "Replaced Log File");
+    desktop.ShowHourglass(false);
+    if (linked != error::success) {
+        report.Add("Replaced File Log.lnk", linked);
+    }
+}
+
+void frmReplace::Form_Unload() {
+    if (auto* window = Collection().Find<frmSSTab>()) {
+        window->Show();
+    }
+}
+
+}  // namespace marlok::ui
