@@ -22,7 +22,6 @@ constexpr int titleHeight = 600;
 constexpr int modeHeight = 435;
 constexpr int statusHeight = 390;
 constexpr int barHeight = 300;
-constexpr int leastAnimationHeight = 1200;
 constexpr int leastHeight = 4200;
 constexpr int twipsPerRow = 15;
 
@@ -139,9 +138,10 @@ void Form5::Form_Resize() {
     Put(ProgressBar1, {bar.left + bar.width / 8, bar.top, bar.width * 3 / 4, bar.height});
     Put(Label3, inner.TakeBottom(statusHeight, measure::gap));
     if (picBox) {
-        const int height = std::max(leastAnimationHeight, inner.height);
+        const int widest = Width() - 2 * measure::margin;
+        const int height = std::min(inner.height, widest * animationHeight / animationWidth);
         const int width = height * animationWidth / animationHeight;
-        Put(*picBox, {(Width() - width) / 2, inner.top, width, height});
+        Put(*picBox, {(Width() - width) / 2, inner.top + (inner.height - height) / 2, width, height});
         PlaceAnimation(*picBox);
     }
 }

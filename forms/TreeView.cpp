@@ -36,6 +36,16 @@ Node& TreeView::Add(Node* parent, const std::string& key, const std::string& tex
     return node;
 }
 
+std::vector<Node*> TreeView::Roots() {
+    std::vector<Node*> roots;
+    for (Node& node : nodes_) {
+        if (node.Parent() == nullptr) {
+            roots.push_back(&node);
+        }
+    }
+    return roots;
+}
+
 void TreeView::Clear() {
     byKey_.clear();
     nodes_.clear();

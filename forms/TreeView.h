@@ -44,6 +44,9 @@ class TreeView : public Control {
 
     void Clear();
 
+    /// The nodes that have no parent, in the order in which they were added.
+    [[nodiscard]] std::vector<Node*> Roots();
+
     [[nodiscard]] int NodeCount() const { return static_cast<int>(nodes_.size()); }
 
     /// The node with that key; null when there is none.

@@ -237,11 +237,14 @@ void frmSSTab::LayOutOptions(forms::Area page) {
     namespace measure = forms::measure;
     forms::Area column = page.TakeRight(measure::buttonWidth, measure::margin);
     Put(Command8, column.TakeTop(measure::buttonHeight, measure::gap));
-    Put(Label9, column.TakeTop(2 * measure::lineHeight));
+    for (CheckBox* box : {&Check1, &Check2, &Check3}) {
+        Put(*box, column.TakeTop(checkHeight, measure::smallGap));
+    }
     Put(Command11, column.TakeBottom(measure::buttonHeight, measure::gap));
     Put(Command9, column.TakeBottom(measure::buttonHeight, measure::gap));
     Put(Command7, column.TakeBottom(measure::buttonHeight, measure::gap));
     Put(Command10, column.TakeBottom(measure::buttonHeight, measure::gap));
+    Put(Label9, column.TakeBottom(2 * measure::lineHeight));
 
     Put(Label1, page.TakeTop(measure::lineHeight, measure::smallGap));
     forms::Area box = page.TakeBottom(stepBoxHeight, measure::gap);
@@ -250,14 +253,7 @@ void frmSSTab::LayOutOptions(forms::Area page) {
     box = box.Inside(measure::margin);
     Put(Image1, box.TakeLeft(pictureSize, measure::margin));
     Put(Label10, box);
-
-    forms::Area checks = page.TakeBottom(checkHeight, measure::smallGap);
-    const int share = (checks.width - 2 * measure::gap) * 3 / 10;
-    Put(Check1, checks.TakeLeft(share, measure::gap));
-    Put(Check2, checks.TakeLeft(share, measure::gap));
-    Put(Check3, checks);
-
-    Put(List1, page.TakeLeft((page.width - measure::margin) / 2, measure::margin));
+    Put(List1, page.TakeTop((page.height - measure::gap) / 2, measure::gap));
     Put(List2, page);
 }
 

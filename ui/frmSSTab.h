@@ -46,13 +46,13 @@ class frmSSTab : public forms::Form {
     forms::Label Label1{*this, "Label1", "Select Locations To Backup"};
     forms::ListBox List1{*this, "List1"};  ///< backup locations under a heading line; those to run are selected
     forms::ListBox List2{*this, "List2"};  ///< sources of the location clicked in List1
-    forms::CheckBox Check1{*this, "Check1", "    Run In Background"};
-    forms::CheckBox Check2{*this, "Check2", "    Backup         All Files"};
-    forms::CheckBox Check3{*this, "Check3", "   Output       Message   To Screen"};
     forms::Frame Frame1{*this, "Frame1", "Marlok BackUp Utility Program"};
     forms::PictureBox Image1{*this, "Image1"};
     forms::Label Label10{*this, "Label10"};  ///< what to do next
     forms::CommandButton Command8{*this, "Command8", "Select Backup"};
+    forms::CheckBox Check1{*this, "Check1", "    Run In Background"};
+    forms::CheckBox Check2{*this, "Check2", "    Backup         All Files"};
+    forms::CheckBox Check3{*this, "Check3", "   Output       Message   To Screen"};
     forms::Label Label9{*this, "Label9", "Connecting      Please Wait"};
     forms::CommandButton Command10{*this, "Command10", "Donation"};
     forms::CommandButton Command7{*this, "Command7", "About"};

@@ -14,9 +14,14 @@ void NameForScreenReaders(HWND window, const std::string& name) {
                                 service.ReceiveVoid()))) {
         return;
     }
+    const auto client = static_cast<DWORD>(OBJID_CLIENT);
     // A failure leaves the window's text, which most readers find by themselves.
-    static_cast<void>(service->SetHwndPropStr(window, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF, PROPID_ACC_NAME,
-                                              ToWide(name).c_str()));
+    if (name.empty()) {
+        MSAAPROPID property = PROPID_ACC_NAME;
+        static_cast<void>(service->ClearHwndProps(window, client, CHILDID_SELF, &property, 1));
+    } else {
+        static_cast<void>(service->SetHwndPropStr(window, client, CHILDID_SELF, PROPID_ACC_NAME, ToWide(name).c_str()));
+    }
 }
 
 }  // namespace marlok::win32

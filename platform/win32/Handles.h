@@ -94,6 +94,13 @@ struct BrushTraits {
 };
 using BrushHandle = Owner<BrushTraits>;
 
+struct IconTraits {
+    using Value = HICON;
+    static Value Invalid() { return nullptr; }
+    static void Close(Value value) { DestroyIcon(value); }
+};
+using IconHandle = Owner<IconTraits>;
+
 struct BitmapTraits {
     using Value = HBITMAP;
     static Value Invalid() { return nullptr; }

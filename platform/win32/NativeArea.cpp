@@ -4,6 +4,8 @@
 
 #include <new>
 
+#include "platform/win32/Canvas.h"
+
 namespace marlok::win32 {
 
 using forms::Aspect;
@@ -25,10 +27,25 @@ const wchar_t* WindowClass() {
     return registered != 0 ? className : L"";  // creating a window of class "" fails with a code of its own
 }
 
+/// The colour that lies behind a window: that of what the parent would have behind a label in its place.
+COLORREF ColourBehind(HWND window) {
+    HDC screen = GetDC(window);
+    const Canvas canvas(screen, {1, 1});
+    ReleaseDC(window, screen);
+    if (!canvas.IsValid()) {
+        return GetSysColor(COLOR_BTNFACE);
+    }
+    const LRESULT brush = SendMessageW(GetParent(window), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(canvas.Surface()),
+                                       reinterpret_cast<LPARAM>(window));
+    const RECT pixel{0, 0, 1, 1};
+    FillRect(canvas.Surface(), &pixel, brush != 0 ? reinterpret_cast<HBRUSH>(brush) : GetSysColorBrush(COLOR_BTNFACE));
+    return GetPixel(canvas.Surface(), 0, 0);
+}
+
 /// 0x00RRGGBB of a control's back colour.
-std::uint32_t Background(const forms::Control& control) {
+std::uint32_t Background(const forms::Control& control, HWND window) {
     const forms::Colour own = control.BackColor;
-    const std::uint32_t colour = own != forms::systemColour ? own : GetSysColor(COLOR_BTNFACE);
+    const std::uint32_t colour = own != forms::systemColour ? own : ColourBehind(window);
     return GetRValue(colour) << 16U | GetGValue(colour) << 8U | GetBValue(colour);
 }
 
@@ -112,7 +129,7 @@ void NativeArea::PaintOn(HDC surface) {
 
 void NativeArea::Compose() {
     const PixelSize area = AreaOf(Window());
-    const std::uint32_t background = Background(Model());
+    const std::uint32_t background = Background(Model(), Window());
     if (PixelSize{shown_.width, shown_.height} == area && background == background_) {
         return;
     }

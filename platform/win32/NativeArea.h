@@ -10,6 +10,9 @@ namespace marlok::win32 {
 /// A window that the program paints itself: an area of the control's back colour with a picture in its middle, as large
 /// as fits. It is painted in one go, so nothing flickers; other controls may lie in it.
 class NativeArea : public NativeControl {
+ public:
+    [[nodiscard]] bool IsTransparent() const override { return Model().BackColor == forms::systemColour; }
+
  protected:
     using NativeControl::NativeControl;
 

@@ -10,13 +10,16 @@
 #include "forms/Controls.h"
 #include "forms/FolderControls.h"
 #include "forms/TabControl.h"
+#include "forms/TreeView.h"
 #include "platform/win32/AccessibleName.h"
 #include "platform/win32/MessageFont.h"
 #include "platform/win32/NativeControls.h"
 #include "platform/win32/NativeDriveList.h"
+#include "platform/win32/NativeFolderList.h"
 #include "platform/win32/NativeList.h"
 #include "platform/win32/NativePicture.h"
 #include "platform/win32/NativeTab.h"
+#include "platform/win32/NativeTree.h"
 #include "platform/win32/NativeWebView.h"
 #include "platform/win32/Wide.h"
 
@@ -67,8 +70,14 @@ std::unique_ptr<NativeControl> NativeControl::For(forms::Control& control, Post 
     if (auto* view = dynamic_cast<forms::WebView*>(&control)) {
         return std::make_unique<NativeWebView>(*view, std::move(post));
     }
+    if (auto* tree = dynamic_cast<forms::TreeView*>(&control)) {
+        return std::make_unique<NativeTree>(*tree, std::move(post));
+    }
     if (auto* drives = dynamic_cast<forms::DriveListBox*>(&control)) {
         return std::make_unique<NativeDriveList>(*drives, std::move(post));
+    }
+    if (auto* folders = dynamic_cast<forms::DirListBox*>(&control)) {
+        return std::make_unique<NativeFolderList>(*folders, std::move(post));
     }
     if (auto* list = dynamic_cast<forms::ListBox*>(&control)) {
         return std::make_unique<NativeList>(*list, std::move(post));
@@ -253,14 +262,16 @@ void NativeControl::MirrorColour() {
     InvalidateRect(window_, nullptr, TRUE);
 }
 
-void NativeControl::MirrorName() const {
+void NativeControl::MirrorName() {
     const std::string& name = model_.AccessibleName;
+    if (name == named_) {
+        return;  // the text that has changed is another one
+    }
+    named_ = name;
     if (!HasText()) {
         SetText(name);
     }
-    if (!name.empty()) {
-        NameForScreenReaders(window_, name);
-    }
+    NameForScreenReaders(window_, name);
 }
 
 }  // namespace marlok::win32

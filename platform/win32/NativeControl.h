@@ -37,7 +37,7 @@ class NativeControl {
     /// Where a kind of control stands among its siblings: what lies around others lies behind them.
     enum class Layer { front, frame, tabs };
 
-    /// The native side of `control`; null for controls that have none (timers, hidden trees).
+    /// The native side of `control`; null for controls that have none (timers).
     [[nodiscard]] static std::unique_ptr<NativeControl> For(forms::Control& control, Post post);
 
     NativeControl(const NativeControl&) = delete;
@@ -73,6 +73,9 @@ class NativeControl {
 
     /// A notification of a common control to its parent (WM_NOTIFY); the answer goes back to the control.
     virtual LRESULT Told(const NMHDR&) { return 0; }
+
+    /// Draws a line of a control that has its parent draw them (WM_DRAWITEM); false when it is none of these.
+    [[nodiscard]] virtual bool DrawLine(const DRAWITEMSTRUCT&) { return false; }
 
     [[nodiscard]] virtual Layer Place() const { return Layer::front; }
 
@@ -152,13 +155,14 @@ class NativeControl {
     void MirrorUse() const;
     void MirrorFont();
     void MirrorColour();
-    void MirrorName() const;
+    void MirrorName();
 
     forms::Control& model_;
     Post post_;
     HWND window_ = nullptr;
     Site site_;
     FontHandle font_;                                                   ///< the control's own, when it has one
+    std::string named_;                                                 ///< the accessible name that the system knows
     BrushHandle back_;                                                  ///< of its back colour, when it has one
     std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true);  ///< what is posted holds it weakly
 };

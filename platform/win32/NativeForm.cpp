@@ -155,6 +155,7 @@ void NativeForm::FormChanged() {
     if (shownRows_ != form_.Backdrop()) {
         shownRows_ = form_.Backdrop();
         ShowBackdrop();
+        InvalidateRect(Window(), nullptr, TRUE);
     }
     if (!mirroring_) {
         MirrorPlace();
@@ -167,35 +168,36 @@ void NativeForm::ControlChanged(const forms::Control& control, Aspect aspect) {
     if (native == nullptr && control.IsShown()) {
         native = Make(control);
     }
-    if (native != nullptr) {
+    const bool created = native != nullptr && native->Window() == nullptr && control.IsShown();
+    if (created) {
+        CreateControl(*native);
+    } else if (native != nullptr && native->Window() != nullptr) {
         MirrorControl(*native, aspect);
     }
-    if (aspect == Aspect::visible || aspect == Aspect::place || aspect == Aspect::container) {
-        MirrorControlsIn(control, aspect);
+    if (created || aspect == Aspect::visible) {
+        MirrorControlsIn(control, Aspect::visible);
+    } else if (aspect == Aspect::place || aspect == Aspect::container) {
+        MirrorControlsIn(control, Aspect::place);
     }
 }
 
 void NativeForm::MirrorControl(NativeControl& native, Aspect aspect) {
     const forms::Control& control = native.Model();
-    if (native.Window() == nullptr) {
-        if (control.IsShown()) {
-            CreateControl(native);
-        }
-        return;
-    }
     if (native.Place() == NativeControl::Layer::tabs && aspect == Aspect::selection) {
         keyboard_.LeavePage(native);
     }
     if (!control.IsShown() || !control.Enabled) {
         keyboard_.Leave(native);
     }
-    const Site site = SiteOf(control);
-    if (site.parent != GetParent(native.Window())) {
-        native.MoveInto(site, Above(native, site.parent));
+    if (aspect == Aspect::visible || aspect == Aspect::container) {
+        const Site site = SiteOf(control);
+        if (site.parent != GetParent(native.Window())) {
+            native.MoveInto(site, Above(native, site.parent));
+        }
     }
     native.Changed(aspect);
     if (Backdrop::IsGround(native)) {
-        backdrop_.Forget();
+        ShowBackdrop();
     }
 }
 
@@ -216,6 +218,7 @@ void NativeForm::ControlRemoved(const forms::Control& control) {
         return;
     }
     if (HWND window = (*found)->Window()) {
+        keyboard_.Leave(**found);
         keyboard_.Forget(**found);
         backdrop_.Forget();
         lastFocus_ = lastFocus_ == window ? nullptr : lastFocus_;
@@ -259,7 +262,7 @@ void NativeForm::CreateControl(NativeControl& control) {
     const Site site = SiteOf(control.Model());
     control.Create(site, nextId_++, Above(control, site.parent));
     if (Backdrop::IsGround(control)) {
-        backdrop_.Forget();
+        ShowBackdrop();
     }
 }
 
@@ -493,10 +496,14 @@ void NativeForm::LimitSize(MINMAXINFO& limits) const {
     }
 }
 
-/// Paints anew all that shows the background.
+/// Has all controls painted anew that show what lies behind them.
 void NativeForm::ShowBackdrop() {
     backdrop_.Forget();
-    RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    for (const auto& control : controls_) {
+        if (control->Window() != nullptr && control->IsTransparent()) {
+            RedrawWindow(control->Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_NOCHILDREN);
+        }
+    }
 }
 
 LRESULT CALLBACK NativeForm::Procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
@@ -520,6 +527,7 @@ LRESULT NativeForm::Handle(UINT message, WPARAM first, LPARAM second) {
         case WM_SIZE:
             if (!form_.Backdrop().empty()) {
                 ShowBackdrop();  // every row is at another height
+                InvalidateRect(Window(), nullptr, TRUE);
             }
             [[fallthrough]];
         case WM_MOVE:
@@ -573,6 +581,12 @@ bool NativeForm::HandlePainting(UINT message, WPARAM first, LPARAM second, LRESU
         case WM_PRINTCLIENT:
             backdrop_.Print(surface);
             return true;
+        case WM_DRAWITEM: {
+            const auto& line = *reinterpret_cast<const DRAWITEMSTRUCT*>(second);
+            NativeControl* control = FindByWindow(line.hwndItem);
+            answer = TRUE;
+            return control != nullptr && control->DrawLine(line);
+        }
         case WM_SYSCOLORCHANGE:
             for (const auto& control : controls_) {
                 SendMessageW(control->Window(), message, first, second);  // the system tells only the topmost windows
@@ -580,6 +594,7 @@ bool NativeForm::HandlePainting(UINT message, WPARAM first, LPARAM second, LRESU
             [[fallthrough]];
         case WM_THEMECHANGED:
             ShowBackdrop();
+            InvalidateRect(Window(), nullptr, TRUE);
             return false;
         default:
             return false;

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <new>
 
-#include "forms/FolderControls.h"
+#include "platform/win32/DrawingOff.h"
 #include "platform/win32/Wide.h"
 
 namespace marlok::win32 {
@@ -21,28 +21,6 @@ constexpr std::size_t manyLines = 8;
 
 /// Pixels between the end of the longest line and the edge, so that its last letter is not cut.
 constexpr int extentMargin = 6;
-
-/// Switches drawing of a window off. A hidden window is left alone: switching drawing on again would show it.
-class DrawingOff {
- public:
-    DrawingOff(HWND window, bool wanted)
-        : window_(wanted && (GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE) != 0 ? window : nullptr) {
-        if (window_ != nullptr) {
-            SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
-        }
-    }
-    DrawingOff(const DrawingOff&) = delete;
-    DrawingOff& operator=(const DrawingOff&) = delete;
-    ~DrawingOff() {
-        if (window_ != nullptr) {
-            SendMessageW(window_, WM_SETREDRAW, TRUE, 0);
-            RedrawWindow(window_, nullptr, nullptr, RDW_ERASE | RDW_FRAME | RDW_INVALIDATE);
-        }
-    }
-
- private:
-    HWND window_;
-};
 
 /// The drawing surface of a window with its font chosen.
 class TextMeasure {
@@ -81,11 +59,6 @@ class TextMeasure {
 };
 
 }  // namespace
-
-NativeList::NativeList(forms::ListBox& list, Post post)
-    : NativeControl(list, std::move(post)),
-      list_(list),
-      folders_(dynamic_cast<const forms::DirListBox*>(&list) != nullptr) {}
 
 NativeControl::WindowKind NativeList::Kind() const {
     const DWORD selection = list_.MultiSelect ? LBS_EXTENDEDSEL : 0;
@@ -167,8 +140,12 @@ void NativeList::Widen(const std::vector<std::string>& lines, std::size_t start,
         extent_ = std::max(extent_, measure.Width(lines[line], extent_));
     }
     if (extent_ != before) {
-        Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(extent_ + extentMargin));
+        Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(extent_ + MarginOfLines()));
     }
+}
+
+int NativeList::MarginOfLines() const {
+    return extentMargin;
 }
 
 void NativeList::MirrorSelection() {
@@ -227,11 +204,11 @@ void NativeList::Notified(WORD notification) {
     if (notification == LBN_SELCHANGE) {
         PostAction([this, choice = Shown()] { Take(choice); });
     } else if (notification == LBN_DBLCLK) {
-        PostAction([this, choice = Shown()] { Open(choice); });
+        PostOpen();
     }
 }
 
-void NativeList::EnterPressed() {
+void NativeList::PostOpen() {
     PostAction([this, choice = Shown()] { Open(choice); });
 }
 

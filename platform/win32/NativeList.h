@@ -12,15 +12,19 @@ namespace marlok::win32 {
 /// differ are touched: adding 100,000 lines one by one and showing them now and then stays quick.
 class NativeList : public NativeControl {
  public:
-    NativeList(forms::ListBox& list, Post post);
+    NativeList(forms::ListBox& list, Post post) : NativeControl(list, std::move(post)), list_(list) {}
     void Flush() override;
     void Notified(WORD notification) override;
-    bool TakesEnter() override { return folders_; }
-    void EnterPressed() override;
 
  protected:
     WindowKind Kind() const override;
     void MirrorContent(forms::Aspect aspect) override;
+
+    /// Pixels that a line takes across besides its text.
+    [[nodiscard]] virtual int MarginOfLines() const;
+
+    /// Opens the line that the user sees chosen now.
+    void PostOpen();
 
  private:
     /// What the user saw chosen when he acted. It is applied later, when the list may be another one.
@@ -43,7 +47,6 @@ class NativeList : public NativeControl {
     void Open(const Choice& choice);
 
     forms::ListBox& list_;
-    bool folders_;                    ///< Enter opens the highlighted line
     std::vector<std::string> shown_;  ///< the lines that the window holds
     bool itemsChanged_ = false;
     bool selectionChanged_ = false;

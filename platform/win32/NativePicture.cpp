@@ -23,13 +23,6 @@ constexpr std::size_t iconHead = 6;
 constexpr std::size_t iconEntry = 14;
 constexpr int largestIcon = 256;  // written as 0
 
-struct IconTraits {
-    using Value = HICON;
-    static Value Invalid() { return nullptr; }
-    static void Close(Value value) { DestroyIcon(value); }
-};
-using IconHandle = Owner<IconTraits>;
-
 /// The bytes of a resource, which stay where they are; "" when there is none of that name.
 std::string_view Resource(const wchar_t* name, const wchar_t* type) {
     HRSRC found = FindResourceW(nullptr, name, type);

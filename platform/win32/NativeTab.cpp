@@ -59,13 +59,16 @@ void NativeTab::PostChoice(int tab) {
 LRESULT NativeTab::Handle(UINT message, WPARAM first, LPARAM second) {
     switch (message) {
         case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK: {
-            const int tab = TabAt(second);
-            if (tab >= 0 && !tabs_.TabEnabled(tab)) {
+        case WM_LBUTTONDBLCLK:
+            if (IsOnDisabled(second)) {
                 return 0;
             }
             break;
-        }
+        case WM_MOUSEMOVE:
+            if (IsOnDisabled(second)) {
+                return Default(WM_MOUSELEAVE, 0, 0);  // or it would light up
+            }
+            break;
         case WM_KEYDOWN:
             if (MoveByKey(first)) {
                 return 0;
@@ -90,10 +93,11 @@ LRESULT NativeTab::Handle(UINT message, WPARAM first, LPARAM second) {
     return Default(message, first, second);
 }
 
-int NativeTab::TabAt(LPARAM point) const {
+bool NativeTab::IsOnDisabled(LPARAM point) const {
     TCHITTESTINFO place{};
     place.pt = {static_cast<short>(LOWORD(point)), static_cast<short>(HIWORD(point))};
-    return static_cast<int>(Send(TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&place)));
+    const auto tab = static_cast<int>(Send(TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&place)));
+    return tab >= 0 && !tabs_.TabEnabled(tab);
 }
 
 /// The keys of the strip, past the tabs that are disabled. False for keys that are none of it.

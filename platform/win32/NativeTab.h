@@ -27,7 +27,7 @@ class NativeTab : public NativeControl {
     void Paint();
     void Draw(HDC surface);
     void GreyDisabled(HDC surface);
-    [[nodiscard]] int TabAt(LPARAM point) const;
+    [[nodiscard]] bool IsOnDisabled(LPARAM point) const;
     [[nodiscard]] bool MoveByKey(WPARAM key);
 
     forms::TabControl& tabs_;

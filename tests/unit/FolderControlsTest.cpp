@@ -195,15 +195,15 @@ TEST_F(FolderControlsTest, TheSharesFolderIsTheRootOfANetworkPath) {
 }
 
 TEST_F(FolderControlsTest, ADeepPathShowsEveryLevel) {
-    constexpr int levels = 60;
+    constexpr std::size_t levels = 60;
     std::string path = "E:";
-    for (int level = 0; level < levels; ++level) {
+    for (std::size_t level = 0; level < levels; ++level) {
         path += R"(\a folder of this level)";
     }
     machine.Seed({{path + "\\"}});
     folders.SetPath(path);
-    ASSERT_EQ(folders.ListCount(), levels + 1);
-    EXPECT_EQ(folders.List(levels), std::string(3 * levels, ' ') + "a folder of this level");
+    ASSERT_THAT(folders.Items(), SizeIs(levels + 1));
+    EXPECT_EQ(folders.Items().back(), std::string(3 * levels, ' ') + "a folder of this level");
     EXPECT_EQ(folders.Highlighted(), path);
 }
 

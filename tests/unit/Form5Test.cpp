@@ -277,7 +277,8 @@ TEST_P(Form5LayoutTest, TitleAndStatusSpanTheWindowAndTheModeStandsBelowTheTitle
 
 INSTANTIATE_TEST_SUITE_P(Screens, Form5LayoutTest,
                          testing::Values(std::pair(640, 480), std::pair(800, 600), std::pair(1024, 768),
-                                         std::pair(1920, 1080), std::pair(3840, 2160), std::pair(5120, 1440)),
+                                         std::pair(1920, 1080), std::pair(3840, 2160), std::pair(5120, 1440),
+                                         std::pair(1080, 1920)),
                          [](const auto& screen) {
                              return std::to_string(screen.param.first) + "x" + std::to_string(screen.param.second);
                          });

@@ -25,7 +25,7 @@ class FirstForm : public forms::Form {
  public:
     explicit FirstForm(forms::Windows& windows) : Form(windows, "FirstForm", "First") {
         Timer1.Tick = [this] {
-            Events().push_back("first tick");
+            Events().emplace_back("first tick");
             if (onTick) {
                 onTick();
             }
@@ -36,15 +36,15 @@ class FirstForm : public forms::Form {
     std::function<void()> onTick;
 
  protected:
-    void Form_Load() override { Events().push_back("first loaded"); }
-    void Form_Unload() override { Events().push_back("first unloaded"); }
+    void Form_Load() override { Events().emplace_back("first loaded"); }
+    void Form_Unload() override { Events().emplace_back("first unloaded"); }
 };
 
 class SecondForm : public forms::Form {
  public:
     explicit SecondForm(forms::Windows& windows) : Form(windows, "SecondForm", "Second") {
         Timer1.Tick = [this] {
-            Events().push_back("second tick");
+            Events().emplace_back("second tick");
             Timer1.Stop();
         };
     }
@@ -52,7 +52,7 @@ class SecondForm : public forms::Form {
 
  protected:
     void Form_Unload() override {
-        Events().push_back("second unloaded");
+        Events().emplace_back("second unloaded");
         throw RuntimeError(runtimeerror::overflow, "Overflow");
     }
 };

@@ -4,8 +4,11 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 #include "forms/FolderControls.h"
 #include "forms/Form.h"
@@ -324,6 +327,28 @@ TEST_F(NativeFoldersTest, EnterOpensTheHighlightedFolder) {
     ASSERT_TRUE(Until([&] { return form->Dir1.Highlighted() == root + "\\One"; }));
     Key(folders, VK_RETURN);
     EXPECT_TRUE(Until([&] { return form->Dir1.Path() == root + "\\One"; }));
+}
+
+TEST_F(NativeFoldersTest, FoldersHavePicturesBeforeTheirNames) {
+    const LRESULT style = GetWindowLongPtrW(folders, GWL_STYLE);
+    EXPECT_NE(style & LBS_HASSTRINGS, 0) << "screen readers read the names";
+    EXPECT_GE(SendMessageW(folders, LB_GETITEMHEIGHT, 0, 0), GetSystemMetrics(SM_CYSMICON));
+    SendMessageW(folders, LB_SETTOPINDEX, static_cast<WPARAM>(LineOf("One")), 0);
+    form->Refresh();
+    RECT place{};
+    SendMessageW(folders, LB_GETITEMRECT, static_cast<WPARAM>(LineOf("One")), reinterpret_cast<LPARAM>(&place));
+    std::set<COLORREF> colours;
+    HDC surface = GetDC(folders);
+    for (LONG x = place.left; x < place.right; ++x) {
+        for (LONG y = place.top; y < place.bottom; ++y) {
+            colours.insert(GetPixel(surface, x, y));
+        }
+    }
+    ReleaseDC(folders, surface);
+    const bool coloured = std::ranges::any_of(colours, [](COLORREF colour) {
+        return colour != CLR_INVALID && std::abs(GetRValue(colour) - GetBValue(colour)) > 40;
+    });
+    EXPECT_TRUE(coloured) << "the text alone is black, white and grey";
 }
 
 TEST_F(NativeFoldersTest, SeveralFilesAreChosen) {

@@ -109,7 +109,7 @@ TEST_F(NativeViewTest, ControlsAreStandardControlsWithTheirText) {
     EXPECT_NE(Child(WC_BUTTONW, L"Press"), nullptr);
     EXPECT_NE(Child(WC_EDITW), nullptr);
     EXPECT_NE(Child(PROGRESS_CLASSW), nullptr);
-    EXPECT_EQ(Child(WC_TREEVIEWW), nullptr);
+    EXPECT_NE(Child(WC_TREEVIEWW), nullptr);
     EXPECT_NE(List(false), List(true));
     EXPECT_EQ(
         FindWindowExW(window, FindWindowExW(window, Child(WC_LISTBOXW), WC_LISTBOXW, nullptr), WC_LISTBOXW, nullptr),
