@@ -36,7 +36,12 @@ bool IsPlainSource(const std::string& source) {
 }  // namespace
 
 BackupRun::BackupRun(Program& program, const RunControls& controls, forms::TreeView& TreeView1, RunWindow& window)
-    : program_(program), controls_(controls), TreeView1_(TreeView1), window_(window), places_(program) {
+    : program_(program),
+      controls_(controls),
+      TreeView1_(TreeView1),
+      window_(window),
+      places_(program),
+      breathe_(program) {
     program_.machine.system.KeepAwake(true);
 }
 
@@ -210,6 +215,7 @@ std::vector<FolderScan::Unlisted> BackupRun::ScanFolders(const std::string& loca
                     ResolvedPath(program_.machine.files, location),
                     {},
                     &listed_};
+    scan.meanwhile = [this] { breathe_(); };
     AddChildFolders(scan, TreeView1_, root, &controls_.List1);
     for (const std::string& folder : scan.missed) {
         report_.Add(folder, notScanned);

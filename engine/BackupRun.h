@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/Breather.h"
 #include "engine/CopyLoop.h"
 #include "engine/Program.h"
 #include "engine/RunReport.h"
@@ -65,6 +66,7 @@ class BackupRun {
     SavePlaces places_;
     ListedFolders listed_;
     int folderCount_ = 0;
+    Breather breathe_;
 };
 
 }  // namespace marlok

@@ -17,9 +17,6 @@ namespace {
 /// at most so many files looked at by the next one.
 constexpr std::size_t groupSize = 256;
 
-/// How long windows may go without repainting, in milliseconds.
-constexpr std::uint64_t paintInterval = 50;
-
 constexpr const char* nameReserved = "not saved: this place is needed for a file of the program";
 constexpr const char* folderInPlace = "not saved: a folder of that name stands where its saved copy belongs";
 constexpr const char* takenForFolder = "not saved: a file without a three-letter extension is taken for a folder";
@@ -61,7 +58,8 @@ CopyLoop::CopyLoop(Program& program, const RunControls& controls, CopyPrimitive 
       report_(report),
       places_(places),
       location_(AddBackslash(location)),
-      journal_(program.machine.files, location) {
+      journal_(program.machine.files, location),
+      breathe_(program) {
     places_.EnterLocation(location);
 }
 
@@ -245,7 +243,7 @@ void CopyLoop::CopyAll(const std::vector<Chosen>& chosen) {
                 ++report_.failed;
                 Fail(file.source, code);
             }
-            Breathe();
+            breathe_();
         }
     }
 }
@@ -304,14 +302,6 @@ SystemError CopyLoop::CopyBeside(const Chosen& file) {
 
 void CopyLoop::Fail(const std::string& source, SystemError code) {
     report_.Add(source, code);
-}
-
-void CopyLoop::Breathe() {
-    const std::uint64_t now = program_.machine.clock.TickCount();
-    if (now - lastPaint_ >= paintInterval) {
-        lastPaint_ = now;
-        program_.machine.desktop.PaintPending();
-    }
 }
 
 }  // namespace marlok

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/Breather.h"
 #include "engine/Program.h"
 #include "engine/RunJournal.h"
 #include "engine/RunReport.h"
@@ -90,7 +91,6 @@ class CopyLoop {
     void ReportUnlisted(const std::string& source, SystemError code);
     void ReportPassedOver(const std::string& folder);
     void Fail(const std::string& source, SystemError code);
-    void Breathe();
 
     Program& program_;
     FileSystem& files_;
@@ -101,7 +101,7 @@ class CopyLoop {
     std::string location_;  ///< with "\" at its end
     RunJournal journal_;
     ListedFolders* listed_ = nullptr;
-    std::uint64_t lastPaint_ = 0;
+    Breather breathe_;
 };
 
 }  // namespace marlok

@@ -30,7 +30,8 @@ Form1::Form1(forms::Windows& windows, Program& program, std::vector<std::string>
     : Form(windows, "Form1", "Marlok Backup Utility"),
       program_(program),
       locations_(std::move(locations)),
-      afterQuietRun_(std::move(afterQuietRun)) {
+      afterQuietRun_(std::move(afterQuietRun)),
+      breathe_(program) {
     for (forms::Control* storage : std::initializer_list<forms::Control*>{&List1, &List3, &List4, &List5, &Text1,
                                                                           &Text2, &TreeView1, &List2, &Label3}) {
         storage->Visible = false;
@@ -110,7 +111,7 @@ SystemError Form1::CopyFile(const std::string& source, const std::string& destin
     FileSystem& files = program_.machine.files;
     forms::ProgressBar& bar = Progress().ProgressBar1;
     return countsFiles_ ? CopyCountingFiles(files, source, destination, bar, flags)
-                        : CopyWithProgress(files, source, destination, bar, flags);
+                        : CopyWithProgress(files, source, destination, bar, flags, [this] { breathe_(); });
 }
 
 void Form1::ShowStatus(const std::string& text) {

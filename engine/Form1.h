@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/BackupRun.h"
+#include "engine/Breather.h"
 #include "engine/Program.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
@@ -66,6 +67,7 @@ class Form1 : public forms::Form, private RunWindow {
     Program& program_;
     std::vector<std::string> locations_;
     std::function<void()> afterQuietRun_;
+    Breather breathe_;
     bool countsFiles_ = false;     ///< the bar counts files: a system without a copy that tells its progress
     std::size_t failures_ = 0;     ///< lines of the error report
     std::string logFailure_ = {};  ///< why the log or its shortcut could not be made

@@ -149,9 +149,13 @@ int DeleteThisFile(FileSystem& files, Shell& shell, const std::string& path) {
 }
 
 SystemError CopyWithProgress(FileSystem& files, const std::string& source, const std::string& destination,
-                             forms::ProgressBar& bar, std::uint32_t flags) {
-    return files.Copy(source, destination, flags | copyflag::restartable,
-                      [&bar](const CopyProgressInfo& info) { CopyProgress(bar, info); });
+                             forms::ProgressBar& bar, std::uint32_t flags, const std::function<void()>& meanwhile) {
+    return files.Copy(source, destination, flags | copyflag::restartable, [&](const CopyProgressInfo& info) {
+        CopyProgress(bar, info);
+        if (meanwhile) {
+            meanwhile();
+        }
+    });
 }
 
 SystemError CopyCountingFiles(FileSystem& files, const std::string& source, const std::string& destination,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "forms/Controls.h"
@@ -21,10 +22,12 @@ namespace marlok {
 /// where the shell was not asked; raises nothing.
 [[nodiscard]] int DeleteThisFile(FileSystem& files, Shell& shell, const std::string& path);
 
-/// Copies one file; an existing destination is overwritten. `bar` shows the bytes of this file. Every one of the three
-/// copies takes extra `copyflag::` bits, and returns `error::success` or why it failed.
+/// Copies one file; an existing destination is overwritten. `bar` shows the bytes of this file; `meanwhile`, when it is
+/// not empty, is called whenever the bar has moved. Every one of the three copies takes extra `copyflag::` bits, and
+/// returns `error::success` or why it failed.
 [[nodiscard]] SystemError CopyWithProgress(FileSystem& files, const std::string& source, const std::string& destination,
-                                           forms::ProgressBar& bar, std::uint32_t flags = copyflag::none);
+                                           forms::ProgressBar& bar, std::uint32_t flags = copyflag::none,
+                                           const std::function<void()>& meanwhile = {});
 
 /// The same; `bar` counts copied files from 1 to 99 and starts again at 1: it shows that something goes on.
 [[nodiscard]] SystemError CopyCountingFiles(FileSystem& files, const std::string& source,

@@ -96,6 +96,9 @@ bool MayDescend(const std::vector<Level>& way, const std::string& target) {
 Level Enter(FolderScan& scan, forms::Node& node, const std::string& path, std::string finalPath) {
     Level level{&node, AddBackslash(path), std::move(finalPath), {}, 0};
     level.folders = ListFolders(scan, level.path);
+    if (scan.meanwhile) {
+        scan.meanwhile();
+    }
     return level;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +36,9 @@ struct FolderScan {
         SystemError code;
     };
     std::vector<Unlisted> unlisted = {};
+
+    /// Called for each folder that was listed; may be empty.
+    std::function<void()> meanwhile = {};
 };
 
 /// Records every folder below `node`, whose full path is a folder: as a child node (key: the folder's path and "Dir",

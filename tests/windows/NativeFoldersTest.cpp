@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <set>
 
 #include "forms/FolderControls.h"
@@ -104,6 +105,14 @@ class NativeFoldersTest : public ::testing::Test {
         Click(list, line);
         PostMessageW(list, WM_LBUTTONDBLCLK, MK_LBUTTON, PointOn(list, line));
         PostMessageW(list, WM_LBUTTONUP, 0, PointOn(list, line));
+    }
+
+    /// What clicks on a line of the folders do, all in one go: nothing of the program runs in between.
+    void ClickAndSay(int line, std::initializer_list<WORD> notifications) const {
+        SendMessageW(folders, LB_SETCURSEL, static_cast<WPARAM>(line), 0);
+        for (const WORD notification : notifications) {
+            SendMessageW(window, WM_COMMAND, MAKEWPARAM(0, notification), reinterpret_cast<LPARAM>(folders));
+        }
     }
 
     static void Key(HWND target, WPARAM key) {
@@ -281,10 +290,7 @@ TEST_F(NativeFoldersTest, BothClicksInOneGoStillOpenThatFolder) {
     int clicks = 0;
     form->Dir1.Click = [&] { ++clicks; };
     const int line = LineOf("Zwölf");
-    // Sent, not posted: nothing runs in between.
-    SendMessageW(folders, LB_SETCURSEL, static_cast<WPARAM>(line), 0);
-    SendMessageW(window, WM_COMMAND, MAKEWPARAM(0, LBN_SELCHANGE), reinterpret_cast<LPARAM>(folders));
-    SendMessageW(window, WM_COMMAND, MAKEWPARAM(0, LBN_DBLCLK), reinterpret_cast<LPARAM>(folders));
+    ClickAndSay(line, {LBN_SELCHANGE, LBN_DBLCLK});
     EXPECT_EQ(clicks, 0);
     Settle();
     EXPECT_EQ(clicks, 1);
@@ -294,27 +300,38 @@ TEST_F(NativeFoldersTest, BothClicksInOneGoStillOpenThatFolder) {
 TEST_F(NativeFoldersTest, AListFilledAgainWithTheSameFoldersKeepsTheClick) {
     int clicks = 0;
     form->Dir1.Click = [&] { ++clicks; };
+    form->File1.Click = [&] { form->Dir1.Refresh(); };
     const int line = LineOf("Two");
-    SendMessageW(folders, LB_SETCURSEL, static_cast<WPARAM>(line), 0);
-    SendMessageW(window, WM_COMMAND, MAKEWPARAM(0, LBN_SELCHANGE), reinterpret_cast<LPARAM>(folders));
-    form->Dir1.Refresh();
+    SendMessageW(window, WM_COMMAND, MAKEWPARAM(0, LBN_SELCHANGE), reinterpret_cast<LPARAM>(files));
+    ClickAndSay(line, {LBN_SELCHANGE});
     Settle();
-    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(clicks, 1) << "filled again between the click and its handler";
     EXPECT_EQ(form->Dir1.Highlighted(), root + "\\Two");
     EXPECT_EQ(SendMessageW(folders, LB_GETCURSEL, 0, 0), line);
+    ClickAndSay(LineOf("One"), {LBN_SELCHANGE});
+    form->Dir1.Refresh();
+    Settle();
+    EXPECT_EQ(clicks, 2) << "filled again and shown";
+    EXPECT_EQ(form->Dir1.Highlighted(), root + "\\One");
+    EXPECT_EQ(SendMessageW(folders, LB_GETCURSEL, 0, 0), LineOf("One"));
 }
 
 TEST_F(NativeFoldersTest, AClickOnWhatIsGoneDoesNothing) {
     int clicks = 0;
     form->Dir1.Click = [&] { ++clicks; };
-    SendMessageW(folders, LB_SETCURSEL, static_cast<WPARAM>(LineOf("Two")), 0);
-    SendMessageW(window, WM_COMMAND, MAKEWPARAM(0, LBN_SELCHANGE), reinterpret_cast<LPARAM>(folders));
-    SendMessageW(window, WM_COMMAND, MAKEWPARAM(0, LBN_DBLCLK), reinterpret_cast<LPARAM>(folders));
-    form->Dir1.SetPath(root + "\\One");
+    form->File1.Click = [&] { form->Dir1.SetPath(root + "\\One"); };
+    SendMessageW(window, WM_COMMAND, MAKEWPARAM(0, LBN_SELCHANGE), reinterpret_cast<LPARAM>(files));
+    ClickAndSay(LineOf("Two"), {LBN_SELCHANGE, LBN_DBLCLK});
     Settle();
-    EXPECT_EQ(clicks, 0);
+    EXPECT_EQ(clicks, 0) << "others came between the click and its handler";
     EXPECT_EQ(form->Dir1.Path(), root + "\\One");
     EXPECT_EQ(form->Dir1.Highlighted(), root + "\\One");
+    ClickAndSay(LineOf("Deep"), {LBN_SELCHANGE, LBN_DBLCLK});
+    form->Dir1.SetPath(root);
+    Settle();
+    EXPECT_EQ(clicks, 0) << "others came and were shown";
+    EXPECT_EQ(form->Dir1.Path(), root);
+    EXPECT_EQ(form->Dir1.Highlighted(), root);
 }
 
 TEST_F(NativeFoldersTest, EnterOpensTheHighlightedFolder) {

@@ -7,6 +7,7 @@ import hashlib
 import os
 import re
 import resource
+import select
 import shutil
 import signal
 import struct
@@ -155,6 +156,199 @@ def read_link(path: Path) -> Link:
     return link
 
 
+class ToolFailed(AssertionError):
+    """What the tool was to do on the screen could not be done; the message says why."""
+
+
+class Hands:
+    """The tool, kept running: it sees what is on the screen and uses it, a call in some milliseconds."""
+
+    # What it takes longer than its own limit before it counts as stuck.
+    _GRACE = 30
+
+    def __init__(self, command: list[str], env: dict[str, str]) -> None:
+        self._process = subprocess.Popen(
+            command, env=env, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)  # fmt: skip
+        self._unread = b""
+
+    def call(self, *words: str, limit: float) -> list[str]:
+        """Does what the words say; what the tool tells, by lines."""
+        assert not any(character in word for word in words for character in "\t\r\n"), words
+        assert self._process.stdin is not None
+        self._process.stdin.write("\t".join(words).encode() + b"\n")
+        self._process.stdin.flush()
+        end = time.monotonic() + limit + self._GRACE
+        lines: list[str] = []
+        while not (line := self._line(end)).startswith("\a"):
+            lines.append(line)
+        code, reason = line[1:].split(" ", 1)
+        if code != "0":
+            there = "" if words[0] == "windows" else f"; windows: {self.call('windows', limit=5)}"
+            raise ToolFailed(f"{' '.join(words)}: {_read_escapes(reason)}{there}")
+        return lines
+
+    def _line(self, end: float) -> str:
+        assert self._process.stdout is not None
+        while b"\n" not in self._unread:
+            ready, _, _ = select.select([self._process.stdout], [], [], max(0.0, end - time.monotonic()))
+            block = os.read(self._process.stdout.fileno(), 1 << 16) if ready else b""
+            if not block:
+                raise ToolFailed("the tool is stuck" if not ready else "the tool has died")
+            self._unread += block
+        line, self._unread = self._unread.split(b"\n", 1)
+        return line.rstrip(b"\r").decode("utf-8", "replace")
+
+    def close(self) -> None:
+        """Ends the tool; its standard input's end does."""
+        try:
+            self._process.communicate(timeout=5)
+        except subprocess.TimeoutExpired:
+            self._process.kill()
+            self._process.communicate()
+
+
+_ESCAPES = {"\\r": "\r", "\\n": "\n", "\\t": "\t", "\\\\": "\\"}
+
+
+def _read_escapes(text: str) -> str:
+    return re.sub(r"\\[rnt\\]", lambda match: _ESCAPES[match[0]], text)
+
+
+@dataclass(frozen=True)
+class ShownControl:
+    """A control on the screen, its place in pixels from the corner of the window's client area."""
+
+    kind: str
+    number: int
+    left: int
+    top: int
+    width: int
+    height: int
+    enabled: bool
+    text: str
+
+
+@dataclass(frozen=True)
+class Dialog:
+    """What a dialog said before it was answered."""
+
+    texts: list[str]
+    buttons: list[str]
+
+
+@dataclass(frozen=True)
+class PaintTimes:
+    """How often a window painted itself when it was asked to, and how long (in seconds) it took at most to do so and
+    to answer a message."""
+
+    painted: int
+    longest: float
+    longest_reply: float
+
+
+class Window:
+    """A window of the program as a person uses it, by mouse and keyboard. `title` may be "Title", "Title#2" (the second
+    of that title, the topmost first) or "Title|text" (the one that shows that text). Lists and buttons go by what they
+    are called, however it is broken into lines, or by their class: "ComboBox" is the first that can be seen, "ListBox#2"
+    the second. What is not there yet is waited for, `limit` seconds at most."""
+
+    def __init__(self, hands: Hands, title: str, limit: float) -> None:
+        self._hands = hands
+        self.title = title
+        self._limit = limit
+
+    def _call(self, verb: str, *words: str) -> list[str]:
+        return self._hands.call(verb, self.title, *words, str(self._limit), limit=self._limit)
+
+    def controls(self) -> list[ShownControl]:
+        """All controls that can be seen."""
+        found = []
+        for line in self._call("controls"):
+            kind, number, left, top, width, height, enabled, text = line.split("\t")
+            place = (int(number), int(left), int(top), int(width), int(height))
+            found.append(ShownControl(kind, *place, enabled == "enabled", _read_escapes(text)))
+        return found
+
+    def texts(self) -> list[str]:
+        """The texts of all controls that can be seen, as they are said: blanks and line breaks as one blank each."""
+        return [" ".join(control.text.replace("&", "").split()) for control in self.controls()]
+
+    def lines(self, name: str) -> list[str]:
+        """The lines of a list or combo box."""
+        return [_read_escapes(line[1:]) for line in self._call("lines", name)]
+
+    def selected(self, name: str) -> list[str]:
+        """Its selected lines."""
+        return [_read_escapes(line[1:]) for line in self._call("lines", name) if line.startswith("*")]
+
+    def select(self, name: str, *lines: int | str) -> None:
+        """Selects these lines of a list box and no others, clicking them: by number, from 0, or by text."""
+        self._call("select", name, ",".join(str(self._number(name, line)) for line in lines))
+
+    def open(self, name: str, line: int | str) -> None:
+        """Clicks a line twice."""
+        self._call("open", name, str(self._number(name, line)))
+
+    def _number(self, name: str, line: int | str) -> int:
+        if isinstance(line, int):
+            return line
+        assert wait_until(lambda: line in self.lines(name), self._limit), f"no line {line!r} in {self.lines(name)}"
+        return self.lines(name).index(line)
+
+    def choose(self, name: str, prefix: str) -> None:
+        """Chooses the first line of a combo box that starts with that."""
+        self._call("choose", name, prefix)
+
+    def tab(self, caption: str) -> None:
+        """Brings a tab to the front."""
+        self._call("tab", caption)
+
+    def tabs(self) -> list[str]:
+        return [line[1:] for line in self._call("tabs")]
+
+    def front_tab(self) -> str:
+        return next(line[1:] for line in self._call("tabs") if line.startswith("*"))
+
+    def click(self, button: str) -> None:
+        """Clicks a button once it is enabled."""
+        self._call("click", button)
+
+    def check(self, box: str) -> str:
+        """Clicks a check box; "checked", "unchecked" or "greyed"."""
+        return self._call("check", box)[0].split()[0]
+
+    def state(self, box: str) -> str:
+        return self._call("state", box)[0].split()[0]
+
+    def enabled(self, button: str) -> bool:
+        return self._call("state", button)[0].split()[1] == "enabled"
+
+    def type(self, text: str) -> None:
+        """Replaces the text of the edit field that has the keyboard or is the only one."""
+        self._call("type", text)
+
+    def key(self, keys: str) -> None:
+        """Presses keys together: "F1", "Ctrl+Tab", "Alt+H", "Enter"."""
+        self._call("key", keys)
+
+    def answer(self, text: str, button: str) -> Dialog:
+        """Waits until the window shows `text` (a part of it does, "" for any), clicks the button and waits until the
+        window has gone."""
+        said = [line.split(" ", 1) for line in self._call("answer", text, button)]
+        texts, buttons = ([_read_escapes(rest) for kind, rest in said if kind == wanted] for wanted in ("text", "button"))
+        return Dialog(texts, buttons)
+
+    def paint(self, seconds: float) -> PaintTimes:
+        """Makes the window paint itself again and again, so long."""
+        said = self._hands.call("paint", self.title, str(seconds), str(self._limit), limit=seconds + self._limit)
+        painted, longest, reply = said[0].split()
+        return PaintTimes(int(painted), int(longest) / 1000, int(reply) / 1000)
+
+    def close(self) -> None:
+        """Asks it to close."""
+        self._call("close")
+
+
 class Machine:
     """One test's machine: the program in a folder of its own, empty drives D (data) and E (backups), an empty
     configuration and an empty desktop."""
@@ -164,6 +358,7 @@ class Machine:
         self._tool = tool
         self._work = work
         self._started: list[Started] = []
+        self._hands: Hands | None = None
         self.d = self._empty(work / "d")
         self.e = self._empty(work / "e")
         # Blanks in it, as where programs are kept.
@@ -264,6 +459,24 @@ class Machine:
         done = self._wine.run([str(self._tool), *arguments], timeout=timeout)
         return Ended(done.returncode, done.stdout, done.stderr, time.monotonic() - began)
 
+    # ---- using the program as a person does ----
+
+    def hands(self) -> Hands:
+        if self._hands is None:
+            self._hands = Hands(self._wine.command(self._tool, "serve"), self._wine.env)
+        return self._hands
+
+    def window(self, title: str, limit: float = 15) -> Window:
+        return Window(self.hands(), title, limit)
+
+    def windows(self) -> list[str]:
+        """The titles of all windows on the screen, the topmost first."""
+        return self.hands().call("windows", limit=5)
+
+    def answer(self, title: str, text: str, button: str, limit: float = 15) -> Dialog:
+        """Waits for a dialog of that title that shows that text, and clicks the button."""
+        return self.window(title, limit).answer(text, button)
+
     @contextlib.contextmanager
     def held(self, windows_path: str) -> Iterator[None]:
         """While it lasts, another program keeps the file open for itself alone."""
@@ -307,6 +520,9 @@ class Machine:
 
     def end_what_runs(self) -> list[str]:
         """Ends programs that a test left running and says which."""
+        if self._hands is not None:
+            self._hands.close()
+            self._hands = None
         left = self.running()
         for process_id in left:
             with contextlib.suppress(ProcessLookupError):

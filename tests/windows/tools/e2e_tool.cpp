@@ -1,183 +1,59 @@
-// What the end-to-end tests need of Windows and cannot have from outside it:
+// What the end-to-end tests need of Windows and cannot have from outside it: eyes and hands. It sees what is on the
+// screen, and uses it with real mouse and keyboard input. Windows and controls are named as Shown.h says; SECONDS is
+// how long it waits for what it needs. Lines of lists are counted from 0.
 //
-//   e2e_tool hold PATH                   keeps a file open for itself alone until standard input ends; says "held"
-//   e2e_tool attributes PATH [WORD]      sets the attribute word when there is one, then tells it
-//   e2e_tool press TITLE BUTTON SECONDS  waits for a window of that title with that button, tells the texts in it (one
-//                                        a line) and presses the button
-//   e2e_tool close TITLE SECONDS         waits for a window of that title and asks it to close
-//   e2e_tool windows                     the titles of all visible top-level windows, one a line
+//   windows                              the titles of all visible top-level windows, one a line
+//   controls WINDOW SECONDS              a line for each visible control, with tabs between: class, number, left, top,
+//                                        width, height (pixels, from the client area's corner), "enabled" or
+//                                        "disabled", text
+//   lines WINDOW LIST SECONDS            the lines of a list or combo box, behind "*" when selected, else a blank
+//   select WINDOW LIST LINE,... SECONDS  selects these lines and no others, clicking them
+//   open WINDOW LIST LINE SECONDS        clicks a line twice
+//   choose WINDOW COMBO PREFIX SECONDS   chooses the first line of a combo box that starts with that
+//   tab WINDOW CAPTION SECONDS           brings a tab to the front, clicking it
+//   tabs WINDOW SECONDS                  the captions of the tabs, behind "*" for the one in front, else a blank
+//   click WINDOW BUTTON SECONDS          clicks a button
+//   check WINDOW BOX SECONDS             clicks a check box, then tells its state as below
+//   state WINDOW BUTTON SECONDS          tells "checked", "unchecked" or "greyed", then "enabled" or "disabled"
+//   answer WINDOW TEXT BUTTON SECONDS    waits for a dialog that shows the text, tells its texts ("text ...") and its
+//                                        buttons ("button ..."), clicks the button and waits until the dialog has gone
+//   type WINDOW TEXT SECONDS             replaces the text of the edit field that has the keyboard or is the only one
+//   key WINDOW KEYS SECONDS              presses keys together, such as "Ctrl+Tab", in that window
+//   paint WINDOW DURATION SECONDS        for so many seconds makes the window paint itself again and again; tells how
+//                                        often it did, the longest time that this took it, and the longest that a
+//                                        message did, both in milliseconds
+//   press WINDOW BUTTON SECONDS          waits for a window with that button, tells the texts in it as they are and
+//                                        presses the button, not by the mouse: works in the background
+//   close WINDOW SECONDS                 asks a window to close
+//   hold PATH                            keeps a file open for itself alone until standard input ends; says "held"
+//   attributes PATH [WORD]               sets the attribute word when there is one, then tells it
+//   serve                                takes such calls from standard input, one a line, with tabs between the words;
+//                                        after what each one says comes a line with a bell, its exit code, a blank and
+//                                        the reason
 //
 // The exit code is 0 when it was done, 1 when not (the reason is on standard error), 2 for a wrong call.
 
 #include <windows.h>
 
-#include <shellapi.h>
-
-#include <cstdio>
 #include <string>
 #include <vector>
 
-namespace {
+#include "Commands.h"
+#include "Console.h"
 
-std::string ToUtf8(const std::wstring& text) {
-    const int length = static_cast<int>(text.size());
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), size, nullptr, nullptr);
-    return bytes;
-}
-
-void Say(const std::wstring& line) {
-    std::printf("%s\n", ToUtf8(line).c_str());
-    std::fflush(stdout);
-}
-
-int Fail(const char* what) {
-    std::fprintf(stderr, "e2e_tool: %s: error %lu\n", what, GetLastError());
-    return 1;
-}
-
-/// The text of a window of any process; "" when it does not answer within two seconds.
-std::wstring TextOf(HWND window) {
-    std::wstring text(1024, L'\0');
-    DWORD_PTR length = 0;
-    if (SendMessageTimeoutW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG,
-                            2000, &length) == 0) {
-        return L"";
-    }
-    text.resize(length);
-    return text;
-}
-
-BOOL CALLBACK AppendWindow(HWND window, LPARAM list) {
-    if (IsWindowVisible(window) != FALSE) {
-        reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-    }
-    return TRUE;
-}
-
-std::vector<HWND> VisibleTopWindows() {
-    std::vector<HWND> windows;
-    EnumWindows(AppendWindow, reinterpret_cast<LPARAM>(&windows));
-    return windows;
-}
-
-std::vector<HWND> VisibleChildren(HWND window) {
-    std::vector<HWND> children;
-    EnumChildWindows(window, AppendWindow, reinterpret_cast<LPARAM>(&children));
-    return children;
-}
-
-/// The visible child with that caption (an access mark "&" in it does not count); null when there is none.
-HWND FindButton(HWND window, const std::wstring& caption) {
-    for (HWND child : VisibleChildren(window)) {
-        std::wstring text = TextOf(child);
-        std::erase(text, L'&');
-        if (text == caption) {
-            return child;
-        }
-    }
-    return nullptr;
-}
-
-/// Polls until `act` did what it is there for or the time is over.
-template <typename Action>
-bool Within(const std::wstring& seconds, const Action& act) {
-    const ULONGLONG end = GetTickCount64() + std::stoull(seconds) * 1000;
-    do {
-        for (HWND window : VisibleTopWindows()) {
-            if (act(window)) {
-                return true;
-            }
-        }
-        Sleep(50);
-    } while (GetTickCount64() < end);
-    return false;
-}
-
-int Hold(const std::wstring& path) {
-    HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        return Fail("cannot open the file");
-    }
-    Say(L"held");
-    while (std::getchar() != EOF) {
-    }
-    return CloseHandle(file) != FALSE ? 0 : Fail("cannot close the file");
-}
-
-int Attributes(const std::wstring& path, const std::wstring* word) {
-    if (word != nullptr && SetFileAttributesW(path.c_str(), std::stoul(*word)) == FALSE) {
-        return Fail("cannot set the attributes");
-    }
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        return Fail("no attributes");
-    }
-    Say(std::to_wstring(attributes));
-    return 0;
-}
-
-int Press(const std::wstring& title, const std::wstring& button, const std::wstring& seconds) {
-    const bool done = Within(seconds, [&](HWND window) {
-        if (TextOf(window) != title) {
-            return false;
-        }
-        HWND found = FindButton(window, button);
-        if (found == nullptr) {
-            return false;
-        }
-        for (HWND child : VisibleChildren(window)) {
-            Say(TextOf(child));
-        }
-        return PostMessageW(found, BM_CLICK, 0, 0) != FALSE;
-    });
-    return done ? 0 : Fail("no such button");
-}
-
-int CloseWindowOf(const std::wstring& title, const std::wstring& seconds) {
-    const bool done = Within(
-        seconds, [&](HWND window) { return TextOf(window) == title && PostMessageW(window, WM_CLOSE, 0, 0) != FALSE; });
-    return done ? 0 : Fail("no such window");
-}
-
-int ListWindows() {
-    for (HWND window : VisibleTopWindows()) {
-        Say(TextOf(window));
-    }
-    return 0;
-}
-
-int Run(const std::vector<std::wstring>& words) {
-    const std::wstring verb = words.empty() ? L"" : words[0];
-    if (verb == L"hold" && words.size() == 2) {
-        return Hold(words[1]);
-    }
-    if (verb == L"attributes" && (words.size() == 2 || words.size() == 3)) {
-        return Attributes(words[1], words.size() == 3 ? &words[2] : nullptr);
-    }
-    if (verb == L"press" && words.size() == 4) {
-        return Press(words[1], words[2], words[3]);
-    }
-    if (verb == L"close" && words.size() == 3) {
-        return CloseWindowOf(words[1], words[2]);
-    }
-    if (verb == L"windows" && words.size() == 1) {
-        return ListWindows();
-    }
-    std::fprintf(stderr, "e2e_tool: wrong call\n");
-    return 2;
-}
-
-}  // namespace
+// Behind windows.h, whose types it uses.
+#include <shellapi.h>
 
 int main() {
+    // Places in real pixels, at any resolution.
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
     int count = 0;
     wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
     if (words == nullptr) {
-        return Fail("no command line");
+        marlok::test::Complain("no command line");
+        return 2;
     }
     const std::vector<std::wstring> list(words + 1, words + count);
     LocalFree(words);
-    return Run(list);
+    return marlok::test::Run(list);
 }

@@ -1,0 +1,12 @@
+#include "Deadline.h"
+
+#include "Console.h"
+
+namespace marlok::test {
+
+NotYet::NotYet(const std::wstring& what) : NotYet(ToUtf8(what)) {}
+
+Deadline::Deadline(const std::wstring& seconds)
+    : end_(GetTickCount64() + static_cast<ULONGLONG>(std::stod(seconds) * 1000)) {}
+
+}  // namespace marlok::test
