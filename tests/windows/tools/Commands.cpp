@@ -1,4 +1,4 @@
-#include "Commands.h"
+#include "tests/windows/tools/Commands.h"
 
 #include <windows.h>
 
@@ -8,14 +8,14 @@
 #include <map>
 #include <stdexcept>
 
-#include "Console.h"
-#include "Deadline.h"
-#include "Dialogs.h"
-#include "Lists.h"
-#include "PaintProbe.h"
-#include "Shown.h"
-#include "Tabs.h"
-#include "UserInput.h"
+#include "tests/windows/tools/Console.h"
+#include "tests/windows/tools/Deadline.h"
+#include "tests/windows/tools/Dialogs.h"
+#include "tests/windows/tools/Lists.h"
+#include "tests/windows/tools/PaintProbe.h"
+#include "tests/windows/tools/Shown.h"
+#include "tests/windows/tools/Tabs.h"
+#include "tests/windows/tools/UserInput.h"
 
 namespace marlok::test {
 

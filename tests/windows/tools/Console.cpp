@@ -1,4 +1,4 @@
-#include "Console.h"
+#include "tests/windows/tools/Console.h"
 
 #include <windows.h>
 

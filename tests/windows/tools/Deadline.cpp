@@ -1,6 +1,6 @@
-#include "Deadline.h"
+#include "tests/windows/tools/Deadline.h"
 
-#include "Console.h"
+#include "tests/windows/tools/Console.h"
 
 namespace marlok::test {
 

@@ -1,12 +1,12 @@
-#include "Dialogs.h"
+#include "tests/windows/tools/Dialogs.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "Console.h"
-#include "Deadline.h"
-#include "Shown.h"
-#include "UserInput.h"
+#include "tests/windows/tools/Console.h"
+#include "tests/windows/tools/Deadline.h"
+#include "tests/windows/tools/Shown.h"
+#include "tests/windows/tools/UserInput.h"
 
 namespace marlok::test {
 

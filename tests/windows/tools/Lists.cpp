@@ -1,12 +1,12 @@
-#include "Lists.h"
+#include "tests/windows/tools/Lists.h"
 
 #include <algorithm>
 #include <optional>
 #include <stdexcept>
 
-#include "Deadline.h"
-#include "Shown.h"
-#include "UserInput.h"
+#include "tests/windows/tools/Deadline.h"
+#include "tests/windows/tools/Shown.h"
+#include "tests/windows/tools/UserInput.h"
 
 namespace marlok::test {
 

@@ -1,9 +1,9 @@
-#include "PaintProbe.h"
+#include "tests/windows/tools/PaintProbe.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "Shown.h"
+#include "tests/windows/tools/Shown.h"
 
 namespace marlok::test {
 

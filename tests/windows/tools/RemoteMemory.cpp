@@ -1,4 +1,4 @@
-#include "RemoteMemory.h"
+#include "tests/windows/tools/RemoteMemory.h"
 
 #include <stdexcept>
 

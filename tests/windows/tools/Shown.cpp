@@ -1,9 +1,9 @@
-#include "Shown.h"
+#include "tests/windows/tools/Shown.h"
 
 #include <algorithm>
 #include <array>
 
-#include "Console.h"
+#include "tests/windows/tools/Console.h"
 
 namespace marlok::test {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Deadline.h"
+#include "tests/windows/tools/Deadline.h"
 
 /// What is on the screen: windows and the controls in them, of any process.
 namespace marlok::test {

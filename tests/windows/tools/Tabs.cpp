@@ -1,4 +1,4 @@
-#include "Tabs.h"
+#include "tests/windows/tools/Tabs.h"
 
 // Behind windows.h, whose types it uses.
 #include <commctrl.h>
@@ -7,10 +7,10 @@
 #include <array>
 #include <cstddef>
 
-#include "Deadline.h"
-#include "RemoteMemory.h"
-#include "Shown.h"
-#include "UserInput.h"
+#include "tests/windows/tools/Deadline.h"
+#include "tests/windows/tools/RemoteMemory.h"
+#include "tests/windows/tools/Shown.h"
+#include "tests/windows/tools/UserInput.h"
 
 namespace marlok::test {
 

@@ -1,4 +1,4 @@
-#include "UserInput.h"
+#include "tests/windows/tools/UserInput.h"
 
 #include <array>
 #include <cstdlib>
@@ -8,8 +8,8 @@
 #include <stdexcept>
 #include <vector>
 
-#include "Console.h"
-#include "Deadline.h"
+#include "tests/windows/tools/Console.h"
+#include "tests/windows/tools/Deadline.h"
 
 namespace marlok::test {
 

@@ -38,8 +38,8 @@
 #include <string>
 #include <vector>
 
-#include "Commands.h"
-#include "Console.h"
+#include "tests/windows/tools/Commands.h"
+#include "tests/windows/tools/Console.h"
 
 // Behind windows.h, whose types it uses.
 #include <shellapi.h>
