@@ -20,6 +20,7 @@ from __future__ import annotations
 import ctypes
 import fcntl
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -33,6 +34,7 @@ REPO = Path(__file__).resolve().parents[2]
 TEMPLATE_VERSION = 2
 
 _MAX_SLOTS = 100
+_USUAL_DOTS_PER_INCH = 96
 _PR_SET_PDEATHSIG = 1
 _libc = ctypes.CDLL(None)
 
@@ -67,13 +69,13 @@ def _own_user_folders(prefix: Path) -> None:
 
 
 class _Display:
-    """An X server on a free display number."""
+    """An X server on a free display number, with a screen of `size` ("1280x1024")."""
 
-    def __init__(self) -> None:
+    def __init__(self, size: str) -> None:
         read_end, write_end = os.pipe()
         try:
             self._process = subprocess.Popen(
-                ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"],
+                ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{size}x24", "-nolisten", "tcp", "-noreset"],
                 pass_fds=[write_end],
                 stdin=subprocess.DEVNULL,
                 stdout=subprocess.DEVNULL,
@@ -106,11 +108,16 @@ class _Display:
 class WineEnvironment:
     """A running Wine machine. `prefix` is its folder, `env` the environment for everything that is to run in it."""
 
-    def __init__(self, root: Path | None = None, keep: bool = False) -> None:
+    def __init__(
+        self, root: Path | None = None, keep: bool = False, screen: str = "1280x1024", dots_per_inch: int = _USUAL_DOTS_PER_INCH
+    ) -> None:
         """`root` holds the template and the prefixes (build/wine, or MARLOK_WINE_ROOT). With `keep` the prefix
-        stays behind for a look at it; the next run that gets it starts afresh all the same."""
+        stays behind for a look at it; the next run that gets it starts afresh all the same. `screen` is the size of the
+        screen in pixels; programs show themselves at `dots_per_inch`, of which 96 is 100 %."""
         self._root = Path(root or os.environ.get("MARLOK_WINE_ROOT") or REPO / "build" / "wine").resolve()
         self._keep = keep
+        self._screen = screen
+        self._dots_per_inch = dots_per_inch
         self._slot_lock: int | None = None
         self._display: _Display | None = None
         self.prefix = Path()
@@ -119,10 +126,11 @@ class WineEnvironment:
     def __enter__(self) -> WineEnvironment:
         try:
             self._root.mkdir(parents=True, exist_ok=True)
-            self._display = _Display()
+            self._display = _Display(self._screen)
             self._take_slot()
             self._ensure_template()
             self._clone_template()
+            self._set_resolution()
             # Stays up between programs: a program then starts in a tenth of a second.
             self._wineserver("-p")
         except BaseException:
@@ -254,6 +262,22 @@ class WineEnvironment:
             ignore=lambda folder, names: [name for name in names if os.path.join(folder, name) in skipped],
         )
         shutil.copytree(template / system, self.prefix / system, symlinks=True, copy_function=os.link)
+
+    def _set_resolution(self) -> None:
+        """In the registry's file: the first program that starts reads it, and the registry's own tool is one."""
+        if self._dots_per_inch == _USUAL_DOTS_PER_INCH:
+            return
+        file = self.prefix / "user.reg"
+        section = re.compile(r"^(\[Control Panel\\\\Desktop\][^\n]*\n)(.*?)(?=^\[|\Z)", re.MULTILINE | re.DOTALL)
+
+        def with_resolution(found: re.Match[str]) -> str:
+            others = re.sub(r'^"LogPixels"=.*\n', "", found[2].rstrip("\n") + "\n", flags=re.MULTILINE)
+            return f'{found[1]}{others}"LogPixels"=dword:{self._dots_per_inch:08x}\n\n'
+
+        text, count = section.subn(with_resolution, file.read_text(encoding="utf-8"))
+        if count != 1:
+            raise WineError(f"{file} has {count} sections for the desktop")
+        file.write_text(text, encoding="utf-8")
 
     def _wineserver(self, *arguments: str) -> None:
         subprocess.run(["wineserver", *arguments], env=self.env, stdin=subprocess.DEVNULL, check=True, timeout=60)

@@ -229,6 +229,16 @@ class ShownControl:
 
 
 @dataclass(frozen=True)
+class Place:
+    """Where a window is on the screen, in pixels."""
+
+    left: int
+    top: int
+    width: int
+    height: int
+
+
+@dataclass(frozen=True)
 class Dialog:
     """What a dialog said before it was answered."""
 
@@ -472,6 +482,11 @@ class Machine:
     def windows(self) -> list[str]:
         """The titles of all windows on the screen, the topmost first."""
         return self.hands().call("windows", limit=5)
+
+    def places(self) -> list[Place]:
+        """Where they are."""
+        lines = self.hands().call("places", limit=5)
+        return [Place(*(int(number) for number in line.split("\t")[:4])) for line in lines]
 
     def answer(self, title: str, text: str, button: str, limit: float = 15) -> Dialog:
         """Waits for a dialog of that title that shows that text, and clicks the button."""

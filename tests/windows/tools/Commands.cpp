@@ -52,14 +52,24 @@ void Windows(const Words&) {
     }
 }
 
+/// Left, top, width and height, with tabs between.
+std::wstring Described(const RECT& place) {
+    return std::to_wstring(place.left) + L"\t" + std::to_wstring(place.top) + L"\t" +
+           std::to_wstring(place.right - place.left) + L"\t" + std::to_wstring(place.bottom - place.top);
+}
+
+void Places(const Words&) {
+    for (HWND window : VisibleTopWindows()) {
+        Say(Described(PlaceOf(window)) + L"\t" + OnOneLine(TitleOf(window)));
+    }
+}
+
 void Controls(const Words& words) {
     WithWindow(words[0], words[1], [](HWND window) {
         for (HWND child : VisibleChildren(window)) {
             RECT place = PlaceOf(child);
             MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
-            Say(ClassOf(child) + L"\t" + std::to_wstring(GetDlgCtrlID(child)) + L"\t" + std::to_wstring(place.left) +
-                L"\t" + std::to_wstring(place.top) + L"\t" + std::to_wstring(place.right - place.left) + L"\t" +
-                std::to_wstring(place.bottom - place.top) + L"\t" +
+            Say(ClassOf(child) + L"\t" + std::to_wstring(GetDlgCtrlID(child)) + L"\t" + Described(place) + L"\t" +
                 (IsWindowEnabled(child) != FALSE ? L"enabled" : L"disabled") + L"\t" + OnOneLine(TextOf(child)));
         }
     });
@@ -244,25 +254,16 @@ struct Command {
     void (*run)(const Words&);
 };
 
-const std::map<std::wstring, Command> commands{{L"windows", {0, 0, Windows}},
-                                               {L"controls", {2, 2, Controls}},
-                                               {L"lines", {3, 3, Lines}},
-                                               {L"select", {4, 4, Select}},
-                                               {L"open", {4, 4, Open}},
-                                               {L"choose", {4, 4, Choose}},
-                                               {L"tab", {3, 3, Tab}},
-                                               {L"tabs", {2, 2, TabsOf}},
-                                               {L"click", {3, 3, ClickNamed}},
-                                               {L"check", {3, 3, Check}},
-                                               {L"state", {3, 3, State}},
-                                               {L"answer", {4, 4, Answer}},
-                                               {L"type", {3, 3, Type}},
-                                               {L"key", {3, 3, Key}},
-                                               {L"paint", {3, 3, Paint}},
-                                               {L"press", {3, 3, Press}},
-                                               {L"close", {2, 2, Close}},
-                                               {L"hold", {1, 1, Hold}},
-                                               {L"attributes", {1, 2, Attributes}},
+const std::map<std::wstring, Command> commands{{L"windows", {0, 0, Windows}},   {L"places", {0, 0, Places}},
+                                               {L"controls", {2, 2, Controls}}, {L"lines", {3, 3, Lines}},
+                                               {L"select", {4, 4, Select}},     {L"open", {4, 4, Open}},
+                                               {L"choose", {4, 4, Choose}},     {L"tab", {3, 3, Tab}},
+                                               {L"tabs", {2, 2, TabsOf}},       {L"click", {3, 3, ClickNamed}},
+                                               {L"check", {3, 3, Check}},       {L"state", {3, 3, State}},
+                                               {L"answer", {4, 4, Answer}},     {L"type", {3, 3, Type}},
+                                               {L"key", {3, 3, Key}},           {L"paint", {3, 3, Paint}},
+                                               {L"press", {3, 3, Press}},       {L"close", {2, 2, Close}},
+                                               {L"hold", {1, 1, Hold}},         {L"attributes", {1, 2, Attributes}},
                                                {L"serve", {0, 0, Serve}}};
 
 Outcome Perform(const Words& words) {

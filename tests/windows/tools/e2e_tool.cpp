@@ -3,6 +3,9 @@
 // how long it waits for what it needs. Lines of lists are counted from 0.
 //
 //   windows                              the titles of all visible top-level windows, one a line
+//   places                               a line for each visible top-level window, the topmost first, with tabs
+//   between:
+//                                        left, top, width, height (pixels of the screen), title
 //   controls WINDOW SECONDS              a line for each visible control, with tabs between: class, number, left, top,
 //                                        width, height (pixels, from the client area's corner), "enabled" or
 //                                        "disabled", text
