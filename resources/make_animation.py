@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Draws the animation shown during a backup: sheets that fly out of a folder into a drive, in the style of the program's
-icon. Writes pc21.gif beside this script, or into the folder given as the first argument. Needs nothing but Python
-itself and make_icon.py.
+"""Draws the animation shown during a backup: sheets that fly out of a folder into a drive, in the style of the
+program's icon. Writes pc21.gif beside this script, or into the folder given as the first argument. Needs nothing but
+Python itself and make_icon.py.
 
 Shapes are distance functions in pixels: how far a pixel's middle is inside tells how much of it is covered, which
 smooths every edge. The background is the dark blue of the frame in which the animation is shown, so that no edge of the

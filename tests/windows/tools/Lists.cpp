@@ -77,10 +77,14 @@ void ClickLine(HWND list, int line, Clicks clicks = Clicks::once) {
 
 /// @throws std::runtime_error when it cannot be done: starting again would be more than was asked for.
 void AddLines(HWND list, const std::vector<int>& lines) {
-    const HeldKey control(VK_CONTROL);
     try {
         for (const int line : lines) {
-            ClickLine(list, line);
+            // A moving mouse brings along what the real keyboard says, and would let the key go: it is there already.
+            const Spot spot = FreshSpotIn(list, PlaceOfLine(list, line));
+            PointAt(spot);
+            Settle(list);
+            const HeldKey control(VK_CONTROL);
+            Click(spot);
             Settle(list);
         }
     } catch (const NotYet& failure) {

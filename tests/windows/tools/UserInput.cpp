@@ -84,7 +84,13 @@ std::vector<WORD> KeysIn(const std::wstring& keys) {
     return found;
 }
 
-/// True when a window of another program, or a dialog, has not taken the point.
+POINT OnScreen(const Spot& spot) {
+    POINT point = spot.point;
+    ClientToScreen(spot.control, &point);
+    return point;
+}
+
+/// False when another window lies there, such as a dialog.
 bool IsOnTop(HWND control, POINT onScreen) {
     HWND there = WindowFromPoint(onScreen);
     return there == control || IsChild(control, there) != FALSE;
@@ -121,6 +127,13 @@ Spot FreshSpotIn(HWND control, const RECT& area) {
     return spot;
 }
 
+void PointAt(const Spot& spot) {
+    const POINT onScreen = OnScreen(spot);
+    if (SetCursorPos(onScreen.x, onScreen.y) == FALSE) {
+        throw std::runtime_error("the mouse does not move");
+    }
+}
+
 void Click(const Spot& spot, Clicks clicks) {
     BringToFront(spot.control);
     ClickWhereItIs(spot, clicks);
@@ -130,14 +143,10 @@ void ClickWhereItIs(const Spot& spot, Clicks clicks) {
     if (IsWindowEnabled(spot.control) == FALSE) {
         throw NotYet("the control is disabled");
     }
-    POINT onScreen = spot.point;
-    ClientToScreen(spot.control, &onScreen);
-    if (!IsOnTop(spot.control, onScreen)) {
+    if (!IsOnTop(spot.control, OnScreen(spot))) {
         throw NotYet("something else lies on top of the control");
     }
-    if (SetCursorPos(onScreen.x, onScreen.y) == FALSE) {
-        throw std::runtime_error("the mouse does not move");
-    }
+    PointAt(spot);
     for (int count = 0; count < static_cast<int>(clicks); ++count) {
         SendButton(MOUSEEVENTF_LEFTDOWN);
         SendButton(MOUSEEVENTF_LEFTUP);

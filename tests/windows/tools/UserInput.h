@@ -24,6 +24,9 @@ struct Spot {
 /// A point of `area`, a rectangle in the control, that no earlier click makes a double click of.
 [[nodiscard]] Spot FreshSpotIn(HWND control, const RECT& area);
 
+/// Moves the mouse there.
+void PointAt(const Spot& spot);
+
 enum class Clicks { once = 1, twice = 2 };
 
 /// Clicks there with the left button, once the control's window is in front.
