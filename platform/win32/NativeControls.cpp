@@ -158,9 +158,16 @@ NativeControl::WindowKind NativeProgressBar::Kind() const {
 }
 
 void NativeProgressBar::MirrorContent(Aspect aspect) {
-    if (aspect != Aspect::value) {
+    changed_ = changed_ || aspect == Aspect::value;
+}
+
+/// The control paints itself with every step. A run moves its bar several times for each small file: only what is there
+/// when windows paint is shown.
+void NativeProgressBar::Flush() {
+    if (!changed_) {
         return;
     }
+    changed_ = false;
     const int position = ScaledPosition(bar_.Min, bar_.Max, bar_.Value, progressRange);
     if (position > shown_) {
         // The visual styles let a growing bar glide up by a timer, which does not run during a copy. A shrinking one

@@ -90,6 +90,7 @@ class NativeTextBox : public NativeControl {
 class NativeProgressBar : public NativeControl {
  public:
     NativeProgressBar(forms::ProgressBar& bar, Post post) : NativeControl(bar, std::move(post)), bar_(bar) {}
+    void Flush() override;
 
  protected:
     WindowKind Kind() const override;
@@ -98,6 +99,7 @@ class NativeProgressBar : public NativeControl {
  private:
     forms::ProgressBar& bar_;
     int shown_ = 0;
+    bool changed_ = false;  ///< since it was shown
 };
 
 /// Where `value` stands between `minimum` and `maximum`, from 0 to `range`. 0 for an empty range or a value that is no

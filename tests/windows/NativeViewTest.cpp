@@ -277,10 +277,13 @@ TEST_F(NativeViewTest, ProgressIsScaled) {
     HWND bar = Child(PROGRESS_CLASSW);
     form.ProgressBar1.Max = 4.0e9F;
     form.ProgressBar1.Value = 1.0e9F;
+    form.Refresh();
     EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 2500);
     form.ProgressBar1.Value = 4.0e9F;
+    form.Refresh();
     EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 10000);
     form.ProgressBar1.Value = 0.0F;
+    form.Refresh();
     EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 0);
 }
 

@@ -35,8 +35,10 @@ MISSING_DRIVE = "N"
 
 _DAYS = "Sunday|Monday|Tuesday|Wednesday|Thursday|Friday|Saturday"
 _MONTHS = "Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec"
+# An unattended run writes "At" and "Was"; one that a person watches writes "was" alone.
 HEADER = re.compile(
-    rf"Total files copied (?:{_DAYS}), (?:{_MONTHS}) [1-9]\d? 20\d\d At (?:0[1-9]|1[0-2]):[0-5]\d [AP]M Was (\d+)"
+    rf"Total files copied (?:{_DAYS}), (?:{_MONTHS}) [1-9]\d? 20\d\d "
+    r"(?:At (?:0[1-9]|1[0-2]):[0-5]\d [AP]M Was|(?:0[1-9]|1[0-2]):[0-5]\d [AP]M was) (\d+)"
 )
 
 
