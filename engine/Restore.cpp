@@ -6,6 +6,7 @@
 #include "fileops/FolderFunctions.h"
 #include "fileops/WorkingFiles.h"
 #include "fileops/txtFunctions.h"
+#include "platform/Text.h"
 
 namespace marlok {
 
@@ -16,6 +17,14 @@ bool IsPlainOriginal(const std::string& original) {
     return hasRoot && IsPlainRelativePath(original.substr(HasDriveRoot(original) ? 3 : 0)) && !original.ends_with('\\');
 }
 
+/// The shell keeps paths in buffers of 260 UTF-16 units, the terminating zero included; some shells do not look whether
+/// a path fits.
+constexpr std::size_t shellPathLimit = 260;
+
+bool FitsTheShell(const std::string& path) {
+    return text::ToUtf16(path).size() < shellPathLimit;
+}
+
 /// Copies by the shell; where that does not give the whole file (paths too long for it), by the kernel.
 SystemError CopyWhole(Machine& machine, const std::string& from, const std::string& to) {
     DirectoryEntry wanted;
@@ -24,7 +33,7 @@ SystemError CopyWhole(Machine& machine, const std::string& from, const std::stri
         return seen;
     }
     DirectoryEntry made;
-    const bool copied = CopyThisFile(machine.shell, from, to) == 0 &&
+    const bool copied = FitsTheShell(from) && FitsTheShell(to) && CopyThisFile(machine.shell, from, to) == 0 &&
                         machine.files.GetEntry(to, made) == error::success && !made.IsFolder() &&
                         made.size == wanted.size;
     return copied ? error::success : machine.files.Copy(from, to, copyflag::none, nullptr);
