@@ -1,7 +1,7 @@
 #pragma once
 
-/// Where donations go. Set by whoever publishes the program, with the build settings MARLOK_DONATION_ADDRESS and
-/// MARLOK_DONATION_ACCOUNT; the defaults lead nowhere.
+/// Where donations and letters go. Set by whoever publishes the program, with the build settings
+/// MARLOK_DONATION_ADDRESS, MARLOK_DONATION_ACCOUNT and MARLOK_CONTACT; the defaults lead nowhere.
 namespace marlok::ui::donation {
 
 #ifndef MARLOK_DONATION_ADDRESS
@@ -10,6 +10,13 @@ namespace marlok::ui::donation {
 #ifndef MARLOK_DONATION_ACCOUNT
 #define MARLOK_DONATION_ACCOUNT "donations@example.com"
 #endif
+
+#ifndef MARLOK_CONTACT
+#define MARLOK_CONTACT "support@example.com"
+#endif
+
+/// Whom to write to about the program.
+inline constexpr const char* contact = MARLOK_CONTACT;
 
 /// The payment service's page.
 inline constexpr const char* address = MARLOK_DONATION_ADDRESS;

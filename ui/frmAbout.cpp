@@ -3,6 +3,7 @@
 #include "forms/Area.h"
 #include "forms/Measures.h"
 #include "ui/Donation.h"
+#include "ui/DonationSettings.h"
 #include "ui/frmSSTab.h"
 
 namespace marlok::ui {
@@ -18,7 +19,7 @@ constexpr const char* description =
 
 // Twips.
 constexpr int windowWidth = 7800;
-constexpr int windowHeight = 5400;
+constexpr int windowHeight = 4950;
 constexpr int pictureSize = 960;
 constexpr int titleHeight = 540;
 
@@ -33,7 +34,7 @@ frmAbout::frmAbout(forms::Windows& windows, Program& program)
     Picture1.AccessibleName = Caption();
     Label4.TextFont = forms::Font{"", titleSize, true};
     Label1.Caption = std::string(description);
-    Label3.Caption = std::string("Contact: the address that you have the program from.");
+    Label3.Caption = std::string("Contact: ") + donation::contact;
     Label5.Visible = false;
     Label5.Alignment = forms::Label::Align::centre;
     Command1.Click = [this] { Command1_Click(); };

@@ -16,9 +16,9 @@ class frmAbout : public forms::Form {
     forms::Label Label2{*this, "Label2", "Version 4.0.0"};
     forms::Label Label1{*this, "Label1"};  ///< the description
     forms::Label Label5{*this, "Label5", "Connecting      Please Wait"};
-    forms::Label Label3{*this, "Label3"};  ///< contact
+    forms::Label Label3{*this, "Label3"};                        ///< contact
+    forms::CommandButton Command2{*this, "Command2", "Return"};  ///< the first that the keyboard comes to
     forms::CommandButton Command1{*this, "Command1", "Make Donation"};
-    forms::CommandButton Command2{*this, "Command2", "Return"};
 
     void Command1_Click();
     void Command2_Click();

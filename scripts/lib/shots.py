@@ -34,6 +34,8 @@ USUAL_DOTS_PER_INCH = 96
 REST_SECONDS = 2
 
 TITLE = "Marlok Backup Utility"
+REPLACEMENT = "Marlok Backup Utility File Replacement Program"
+MESSAGE = "Marlok Info....."
 
 Shot = Callable[..., None]
 Scene = Callable[[Machine, Shot], None]
@@ -63,7 +65,7 @@ def configure(machine: Machine) -> None:
         {
             r"E:\Backups\Daily": [r"D:\Documents", r"D:\Pictures", r"D:\Mail"],
             r"E:\Backups\Weekly": [r"D:\Documents", r"D:\Pictures"],
-            r"E:\Pictures Only": [r"D:\Pictures"],
+            r"E:\Pictures": [r"D:\Pictures"],
         }
     )
 
@@ -74,13 +76,6 @@ def started(machine: Machine) -> Window:
     window = machine.window(TITLE)
     window.tabs()  # waits for it
     return window
-
-
-@scene("start-up")
-def start_up(machine: Machine, shot: Shot) -> None:
-    machine.start()
-    machine.window(TITLE + "|Welcome").controls()
-    shot()
 
 
 @scene("options-empty")
@@ -95,8 +90,118 @@ def options_empty(machine: Machine, shot: Shot) -> None:
 def options(machine: Machine, shot: Shot) -> None:
     configure(machine)
     window = started(machine)
+    shot()
+    window.click("Select Backup")
+    window.select("List Of Backup Paths", r"E:\Backups\Daily", r"E:\Backups\Weekly")
+    shot("run")
+
+
+@scene("backup-folder")
+def backup_folder(machine: Machine, shot: Shot) -> None:
+    (machine.e / "Backups" / "Daily").mkdir(parents=True)
+    (machine.e / "Backups" / "Weekly").mkdir()
+    (machine.e / "Films").mkdir()
+    write(machine.e / "Backups" / "read me.txt", "x")
+    machine.start()
+    window = machine.window(TITLE + "|Add Folder To List", 20)
+    window.choose("ComboBox", "E:")
+    folders = [line.strip() for line in window.lines("Folder")]
+    window.open("Folder", folders.index("Backups"))
+    shot()
+    window.click("Create Folder")
+    machine.window(MESSAGE + "|Is This Correct?").texts()
+    shot("create")
+    machine.answer(MESSAGE, "Is This Correct?", "Yes")
+    box = machine.window(MESSAGE + "|Enter Name Of Folder")
+    box.type("Monthly")
+    shot("name")
+
+
+@scene("files-to-backup")
+def files_to_backup(machine: Machine, shot: Shot) -> None:
+    configure(machine)
+    for name in ("Budget 2026.xls", "Invoice 17.doc", "Invoice 18.doc", "Letter.doc"):
+        write(machine.d / "Documents" / name, name)
+    window = started(machine)
+    window.tab("Files To Backup")
+    window.choose("ComboBox", "D:")
+    window.open("Folder", [line.strip() for line in window.lines("Folder")].index("Documents"))
+    window.select("Files In This Folder", "Invoice 17.doc", "Invoice 18.doc")
+    shot()
+    window.select("Files To Be Backed Up", 2)
+    window.click("Delete Entry From List")
+    machine.answer(MESSAGE, "Continue?", "Yes")
+    machine.window(TITLE + "|Do You Want To Delete The Saved File, or Only The List Entry?").texts()
+    shot("only-entry")
+
+
+def run(machine: Machine, window: Window) -> None:
     window.click("Select Backup")
     window.select("List Of Backup Paths", r"E:\Backups\Daily")
+    window.click("Run Backup")
+
+
+@scene("progress")
+def progress(machine: Machine, shot: Shot) -> None:
+    configure(machine)
+    for number in range(12_000):
+        (machine.d / "Pictures" / f"{number // 500}").mkdir(exist_ok=True)
+        (machine.d / "Pictures" / f"{number // 500}" / f"{number}.jpg").write_bytes(b"x" * 500)
+    run(machine, started(machine))
+    machine.window(TITLE + "|Copying Backups\\Daily Files", 20).texts()
+    time.sleep(1)
+    shot()
+    machine.window(TITLE + "|Backup Has Been Completed", 60).texts()
+
+
+@scene("result")
+def result(machine: Machine, shot: Shot) -> None:
+    configure(machine)
+    run(machine, started(machine))
+    machine.window(TITLE + "|Backup Has Been Completed", 30).texts()
+    machine.window(TITLE + "|Backup Completed", 30).texts()
+    shot()
+
+
+@scene("background-result")
+def background_result(machine: Machine, shot: Shot) -> None:
+    configure(machine)
+    machine.start("C", r"Backups\Daily", "S")
+    machine.window(TITLE + "|Backup Program Is Finished", 30).texts()
+    shot()
+
+
+@scene("review-saved")
+def review_saved(machine: Machine, shot: Shot) -> None:
+    configure(machine)
+    assert machine.run("C").code == 0
+    window = started(machine)
+    window.tab("Review Saved")
+    window.click("Show Saved Files")
+    window.select("List of Saved Files", 0, 2)
+    shot()
+    window.click("Replace Selected Files")
+    machine.answer(MESSAGE, "You Are About To Replace Selected Files", "OK")
+    machine.window(REPLACEMENT + "|File Replacement Completed", 30).texts()
+    shot("replaced")
+    machine.window(REPLACEMENT).click("Close")
+    window.click("Show Original Paths")
+    shot("originals")
+
+
+@scene("about")
+def about(machine: Machine, shot: Shot) -> None:
+    configure(machine)
+    started(machine).click("About")
+    machine.window(TITLE + "|Version 4.0.0").texts()
+    shot()
+
+
+@scene("start-up")
+def start_up(machine: Machine, shot: Shot) -> None:
+    # Last: this window stays for two seconds and a half, and the first program of a machine starts slowly.
+    machine.start()
+    machine.window(TITLE + "|Welcome").controls()
     shot()
 
 
@@ -156,6 +261,15 @@ def play_all(wine: WineEnvironment, work: Path, names: list[str], percent: int) 
     return failed
 
 
+def install_fonts(wine: WineEnvironment) -> None:
+    """The type of the system's windows, and the signs on their caption buttons: Wine has them in a package of their
+    own."""
+    folder = wine.prefix / "drive_c" / "windows" / "Fonts"
+    folder.mkdir(exist_ok=True)
+    for font in Path("/usr/share/wine/fonts").glob("*.ttf"):
+        shutil.copy(font, folder)
+
+
 @contextlib.contextmanager
 def drives(wine: WineEnvironment) -> Iterator[Path]:
     """The folder of the drives: P for the program, D for data, E for backups."""
@@ -186,6 +300,7 @@ def main() -> int:
     for percent, screen in SCREENS.items():
         dots_per_inch = USUAL_DOTS_PER_INCH * percent // 100
         with WineEnvironment(screen=screen, dots_per_inch=dots_per_inch) as wine, drives(wine) as work:
+            install_fonts(wine)
             failed += play_all(wine, work, arguments.scenes or list(SCENES), percent)
     return 1 if failed else 0
 
