@@ -50,20 +50,22 @@ void frmSSTab::Command17_Click() {
         Show();
         return;
     }
-    if (saved) {
-        DeleteSavedFiles();
-    } else {
-        DeleteLogEntries();
-        Show();
+    const std::string location = ReviewedLocation();
+    if (!location.empty() && saved) {
+        DeleteSavedFiles(location);
+        return;
     }
+    if (!location.empty()) {
+        DeleteLogEntries(location);
+    }
+    Show();
 }
 
-void frmSSTab::DeleteSavedFiles() {
+void frmSSTab::DeleteSavedFiles(const std::string& location) {
     Text1.Text = std::string();
     Text2.Text = std::string();
     program_.gSearchOn = true;
     const std::uint64_t start = program_.machine.clock.TickCount();
-    const std::string location = List5.List(List5.ListIndex());
     DeleteChosenFiles(location);
     Command14.Caption = std::string("Stop Search");
     Label5.Caption = std::string("List of Saved Files");
@@ -105,11 +107,7 @@ void frmSSTab::QueueEmptyFolders() {
     const SystemError code = SaveWholeFile(program_.machine.files, path, AsText(List14.Items()));
     List13.Clear();
     List14.Clear();
-    if (code != error::success) {
-        RunReport report;
-        report.Add(path, code);
-        Report(report);
-    }
+    ReportUnless(code == error::success, path, code);
 }
 
 /// For each deleted file, in their order, takes the first line that contains it (letter case ignored) out of the
@@ -117,10 +115,14 @@ void frmSSTab::QueueEmptyFolders() {
 void frmSSTab::PruneSavedFromList(const std::string& location) {
     FileSystem& files = program_.machine.files;
     const std::string path = OriginalListPath(program_, location);
-    if (!FileExists(files, path)) {
+    std::string bytes;
+    SystemError code = ReadWholeFile(files, path, bytes);
+    if (code != error::success) {
+        // A list that cannot be read keeps its lines: taken for empty, it would be deleted.
+        ReportUnless(code == error::fileNotFound || code == error::pathNotFound, path, code);
         return;
     }
-    const std::string whole = ReadTextFile(files, program_.machine.system, path);
+    const std::string whole = DecodeText(program_.machine.system, std::move(bytes));
     std::vector<std::string> names;
     for (const std::string& deleted : List7.Items()) {
         names.push_back(text::Fold(text::AfterFirst(deleted, text::CharacterCount(location) + 1)));
@@ -145,15 +147,11 @@ void frmSSTab::PruneSavedFromList(const std::string& location) {
         }
     }
     List8.Clear();
-    const SystemError code = kept.empty() ? ForceDelete(files, path) : SaveWholeFile(files, path, AsText(kept));
-    if (code != error::success) {
-        RunReport report;
-        report.Add(path, code);
-        Report(report);
-    }
+    code = kept.empty() ? ForceDelete(files, path) : SaveWholeFile(files, path, AsText(kept));
+    ReportUnless(code == error::success, path, code);
 }
 
-void frmSSTab::DeleteLogEntries() {
+void frmSSTab::DeleteLogEntries(const std::string& location) {
     const std::uint64_t start = program_.machine.clock.TickCount();
     listMode_ = ListMode::original;
     Command17.Enabled = false;
@@ -161,7 +159,7 @@ void frmSSTab::DeleteLogEntries() {
     Text2.Text = std::string();
     List7.Clear();
     FileSystem& files = program_.machine.files;
-    originalLogPath_ = OriginalListPath(program_, List5.List(List5.ListIndex()));
+    originalLogPath_ = OriginalListPath(program_, location);
     Command13.Caption = std::string("Show Saved Files");
     for (int line = 0; line < List6.ListCount(); ++line) {
         if (!List6.Selected(line)) {
@@ -170,14 +168,12 @@ void frmSSTab::DeleteLogEntries() {
     }
     const SystemError code = SaveWholeFile(files, originalLogPath_, AsText(List7.Items()));
     List6.Clear();
-    if (code != error::success) {
-        RunReport report;
-        report.Add(originalLogPath_, code);
-        Report(report);
-    }
+    ReportUnless(code == error::success, originalLogPath_, code);
     if (!ShowOriginalPaths()) {
         Text1.Text = std::string("0");
-        if (FileExists(files, originalLogPath_)) {
+        // What was written is empty; a list that could not be written or read back is not.
+        const bool emptied = code == error::success && List7.ListCount() == 0;
+        if (emptied && FileExists(files, originalLogPath_)) {
             static_cast<void>(DeleteThisFile(files, program_.machine.shell, originalLogPath_));
         }
     }
@@ -192,6 +188,14 @@ void frmSSTab::RestoreFolders() {
         Tell("You Have Not Selected a Folder To Restore", plainInformation);
     } else {
         Collection().Load<frmReplace>(program_).Show();
+    }
+}
+
+void frmSSTab::ReportUnless(bool well, const std::string& path, SystemError code) {
+    if (!well) {
+        RunReport report;
+        report.Add(path, code);
+        Report(report);
     }
 }
 

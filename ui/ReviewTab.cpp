@@ -93,12 +93,26 @@ void frmSSTab::List6_Click() {
     }
 }
 
+/// The location picked in List5; "" when there is none, which the user is told. Without a location a search would begin
+/// at the root of the current drive.
+std::string frmSSTab::ReviewedLocation() {
+    const std::string& location = List5.List(List5.ListIndex());
+    if (WhyLocationRefused(location).empty()) {
+        return location;
+    }
+    Tell("You Must Select a Backup Location First", plainInformation);
+    return "";
+}
+
 void frmSSTab::Command13_Click() {
     program_.gShowingOriginals = false;
     Command17.Caption = std::string("Delete Entry");
     Command16.Enabled = true;
     if (Command13.Caption.Get() == showSaved) {
-        ShowSavedFiles();
+        const std::string location = ReviewedLocation();
+        if (!location.empty()) {
+            ShowSavedFiles(location);
+        }
     } else if (Command13.Caption.Get() == replaceSelected) {
         ReplaceSelected();
     }
@@ -127,11 +141,11 @@ void frmSSTab::ShowElapsed(std::uint64_t start) {
     Text2.Text = ElapsedSeconds(start, program_.machine.clock.TickCount());
 }
 
-void frmSSTab::ShowSavedFiles() {
+void frmSSTab::ShowSavedFiles(const std::string& location) {
     listMode_ = ListMode::saved;
     program_.gSearchOn = true;
     const std::uint64_t start = BeginListing();
-    ListSavedFiles(List5.List(List5.ListIndex()));
+    ListSavedFiles(location);
     ShowElapsed(start);
     Text1.Text = WithThousands(searchSpec_.fileCount);
     Command13.Caption = std::string(replaceSelected);
@@ -165,13 +179,17 @@ void frmSSTab::ListSavedFiles(const std::string& location) {
 }
 
 void frmSSTab::Command16_Click() {
+    const std::string location = ReviewedLocation();
+    if (location.empty()) {
+        return;
+    }
     Command13.Enabled = true;
     Command16.Enabled = false;
     List6.Clear();
     program_.gShowingOriginals = true;
     listMode_ = ListMode::original;
     const std::uint64_t start = BeginListing();
-    originalLogPath_ = OriginalListPath(program_, List5.List(List5.ListIndex()));
+    originalLogPath_ = OriginalListPath(program_, location);
     if (FileExists(program_.machine.files, originalLogPath_)) {
         Command13.Caption = std::string(showSaved);
         static_cast<void>(ShowOriginalPaths());

@@ -204,7 +204,8 @@ class frmSSTab : public forms::Form {
 
     void ConnectReview();
     void EnterReview();
-    void ShowSavedFiles();
+    [[nodiscard]] std::string ReviewedLocation();
+    void ShowSavedFiles(const std::string& location);
     void ListSavedFiles(const std::string& location);
     [[nodiscard]] bool ShowOriginalPaths();
     [[nodiscard]] std::uint64_t BeginListing();
@@ -213,13 +214,14 @@ class frmSSTab : public forms::Form {
     void ReplaceSelected();
     [[nodiscard]] bool ReplaceFiles(const std::vector<std::string>& chosen, frmReplace& window);
     void ReplaceFile(const std::string& saved, const std::string& original, frmReplace& window);
-    void DeleteSavedFiles();
+    void DeleteSavedFiles(const std::string& location);
     void DeleteChosenFiles(const std::string& location);
     void QueueEmptyFolders();
     void PruneSavedFromList(const std::string& location);
-    void DeleteLogEntries();
+    void DeleteLogEntries(const std::string& location);
     void RestoreFolders();
     void Report(const RunReport& report);
+    void ReportUnless(bool well, const std::string& path, SystemError code);
 
     /// Follows a drive that was chosen; one that is not ready is told and not left chosen.
     void FollowDrive(forms::DriveListBox& drive, forms::DirListBox& folders);

@@ -1,0 +1,117 @@
+#include "fileops/FileSearch.h"
+
+#include "forms/Form.h"
+#include "forms/Windows.h"
+#include "tests/unit/ProgramFixture.h"
+
+namespace marlok::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FileSearchTest : public testing::Test {
+ protected:
+    FileSearchTest() {
+        machine.Seed({{R"(E:\Save\a.txt)", "a"},
+                      {R"(E:\Save\Docs\b.doc)", "b"},
+                      {R"(E:\Save\Docs\Deep\c.txt)", "c"},
+                      {R"(E:\Save\Empty\Inner\)"},
+                      {R"(E:\Save\z.txt)", "z"}});
+    }
+
+    void Search(const std::string& pattern = "*.*") {
+        spec = {true, 0, 0, pattern, "E:\\Save\\"};
+        list.Clear();
+        folders = {};
+        SearchFiles(machine.files, spec, &list, &folders, searchOn);
+    }
+
+    Lines Empties() {
+        Lines empties;
+        for (std::size_t i = 0; i < folders.paths.size(); ++i) {
+            if (!folders.holdsFiles[i]) {
+                empties.push_back(folders.paths[i]);
+            }
+        }
+        return empties;
+    }
+
+    InMemoryMachine machine;
+    forms::Windows windows{machine.desktop, machine.clock, nullptr};
+    forms::Form form{windows, "Form", ""};
+    forms::ListBox list{form, "List"};
+    SearchSpec spec;
+    FoundFolders folders;
+    bool searchOn = true;
+};
+
+TEST_F(FileSearchTest, FoldersAreEnteredAsTheyAreMet) {
+    Search();
+    EXPECT_THAT(list.Items(), ElementsAre(R"(E:\Save\a.txt)", R"(E:\Save\Docs\b.doc)", R"(E:\Save\Docs\Deep\c.txt)",
+                                          R"(E:\Save\z.txt)"));
+    EXPECT_THAT(folders.paths,
+                ElementsAre(R"(E:\Save\Docs)", R"(E:\Save\Docs\Deep)", R"(E:\Save\Empty)", R"(E:\Save\Empty\Inner)"));
+    EXPECT_EQ(spec.fileCount, 4);
+    EXPECT_EQ(spec.folderCount, 4);
+}
+
+TEST_F(FileSearchTest, FoldersWithoutAnyFileBelowThemAreToldParentsFirst) {
+    Search();
+    EXPECT_THAT(Empties(), ElementsAre(R"(E:\Save\Empty)", R"(E:\Save\Empty\Inner)"));
+}
+
+TEST_F(FileSearchTest, APatternChoosesAmongTheFilesInAllFolders) {
+    Search("*.TXT");
+    EXPECT_THAT(list.Items(), ElementsAre(R"(E:\Save\a.txt)", R"(E:\Save\Docs\Deep\c.txt)", R"(E:\Save\z.txt)"));
+    Search("?.doc");
+    EXPECT_THAT(list.Items(), ElementsAre(R"(E:\Save\Docs\b.doc)"));
+    Search("none*");
+    EXPECT_THAT(list.Items(), IsEmpty());
+}
+
+TEST_F(FileSearchTest, TheProgramsWorkingFilesAreLeftOutYetFillAFolder) {
+    machine.Seed({{R"(E:\Save\~Marlok Backup.run)", "journal"}, {R"(E:\Save\Empty\~Marlok Backup.part)", "part"}});
+    Search();
+    EXPECT_EQ(spec.fileCount, 4);
+    EXPECT_THAT(Empties(), ElementsAre(R"(E:\Save\Empty\Inner)"));
+}
+
+TEST_F(FileSearchTest, WhatLiesBehindALinkIsNotListedAndALinkIsSomething) {
+    machine.Seed({{R"(D:\Real\secret.txt)", "s"}});
+    machine.MakeLink(R"(E:\Save\Empty\Inner\away)", R"(D:\Real)");
+    Search();
+    EXPECT_EQ(spec.fileCount, 4);
+    EXPECT_THAT(Empties(), IsEmpty());
+}
+
+TEST_F(FileSearchTest, AFolderThatCannotBeListedIsNotTakenForEmpty) {
+    machine.Deny(R"(E:\Save\Empty\Inner)");
+    Search();
+    EXPECT_THAT(Empties(), IsEmpty());
+    machine.Deny(R"(E:\Save\Empty\Inner)", false);
+}
+
+TEST_F(FileSearchTest, NothingIsSearchedWhileTheSearchIsOff) {
+    searchOn = false;
+    Search();
+    EXPECT_THAT(list.Items(), IsEmpty());
+}
+
+TEST_F(FileSearchTest, AMissingFolderHoldsNothing) {
+    spec = {true, 0, 0, "*.*", "N:\\Nowhere\\"};
+    SearchFiles(machine.files, spec, &list, nullptr, searchOn);
+    EXPECT_EQ(spec.fileCount, 0);
+}
+
+TEST_F(FileSearchTest, HoldsHundredThousandFiles) {
+    for (int i = 0; i < 100'000; ++i) {
+        machine.Seed({R"(E:\Save\Many\)" + std::to_string(i / 1000) + "\\" + std::to_string(i), "x"});
+    }
+    Search();
+    EXPECT_EQ(spec.fileCount, 100'004);
+    EXPECT_EQ(list.ListCount(), 100'004);
+}
+
+}  // namespace
+}  // namespace marlok::test
