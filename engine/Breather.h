@@ -10,21 +10,23 @@ namespace marlok {
 /// No input is delivered, so no handler runs.
 class Breather {
  public:
-    explicit Breather(Program& program) : program_(program) {}
+    /// `interval` in milliseconds: how long windows may go without painting.
+    explicit Breather(Program& program, std::uint64_t interval = usualInterval)
+        : program_(program), interval_(interval) {}
 
     void operator()() {
         const std::uint64_t now = program_.machine.clock.TickCount();
-        if (now - lastPaint_ >= interval) {
+        if (now - lastPaint_ >= interval_) {
             lastPaint_ = now;
             program_.machine.desktop.PaintPending();
         }
     }
 
  private:
-    /// How long windows may go without painting, in milliseconds.
-    static constexpr std::uint64_t interval = 50;
+    static constexpr std::uint64_t usualInterval = 50;
 
     Program& program_;
+    std::uint64_t interval_;
     std::uint64_t lastPaint_ = 0;
 };
 

@@ -39,12 +39,13 @@ bool Matches(std::u16string_view name, std::u16string_view pattern) {
 class Searcher {
  public:
     Searcher(FileSystem& files, SearchSpec& spec, forms::ListBox* fileList, FoundFolders* folders,
-             const bool& gSearchOn)
+             const bool& gSearchOn, const std::function<void()>& meanwhile)
         : files_(files),
           spec_(spec),
           fileList_(fileList),
           folders_(spec.listFolders ? folders : nullptr),
           gSearchOn_(gSearchOn),
+          meanwhile_(meanwhile),
           everything_(spec.pattern == "*.*" || spec.pattern == "*"),
           pattern_(text::ToUtf16(spec.pattern)) {}
 
@@ -64,6 +65,9 @@ class Searcher {
             const std::string path = level.folder + entry.name;
             level.code = level.search->Next(level.next);
             Take(entry, path, level.number);
+            if (meanwhile_) {
+                meanwhile_();
+            }
         }
     }
 
@@ -136,6 +140,7 @@ class Searcher {
     forms::ListBox* fileList_;
     FoundFolders* folders_;
     const bool& gSearchOn_;
+    const std::function<void()>& meanwhile_;
     bool everything_;
     std::u16string pattern_;
     std::vector<Level> open_;
@@ -144,8 +149,8 @@ class Searcher {
 }  // namespace
 
 void SearchFiles(FileSystem& files, SearchSpec& spec, forms::ListBox* fileList, FoundFolders* folders,
-                 const bool& gSearchOn) {
-    Searcher(files, spec, fileList, folders, gSearchOn).Run();
+                 const bool& gSearchOn, const std::function<void()>& meanwhile) {
+    Searcher(files, spec, fileList, folders, gSearchOn, meanwhile).Run();
 }
 
 }  // namespace marlok

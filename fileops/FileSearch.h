@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,7 +29,8 @@ struct FoundFolders {
 /// entered as it is met. Full paths of files are added to `fileList`; folders to `folders`, when they are to be listed;
 /// either may be null. Stops at the next entry when `gSearchOn` is false. Left out: the program's working files, and
 /// what lies behind folder links, which is not in the folder. A folder that cannot be listed counts as empty.
+/// `meanwhile`, when it is not empty, is called for each entry.
 void SearchFiles(FileSystem& files, SearchSpec& spec, forms::ListBox* fileList, FoundFolders* folders,
-                 const bool& gSearchOn);
+                 const bool& gSearchOn, const std::function<void()>& meanwhile = {});
 
 }  // namespace marlok

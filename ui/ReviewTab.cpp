@@ -1,6 +1,7 @@
 #include <array>
 #include <cstdio>
 
+#include "engine/Breather.h"
 #include "engine/LocationName.h"
 #include "engine/PathLookup.h"
 #include "engine/Restore.h"
@@ -28,6 +29,9 @@ constexpr const char* working = "Working Please Wait";
 
 constexpr forms::Colour red = forms::Rgb(192, 0, 0);
 constexpr forms::Colour black = forms::Rgb(0, 0, 0);
+
+/// Milliseconds. The growing list is painted too, which takes its time: seldom, then.
+constexpr std::uint64_t paintInterval = 250;
 
 constexpr std::uint32_t plainInformation = messagestyle::ok | messagestyle::information;
 
@@ -167,7 +171,8 @@ void frmSSTab::ListSavedFiles(const std::string& location) {
     searchSpec_ = {true, 0, 0, "*.*", AddBackslash(location)};
     program_.machine.desktop.ShowHourglass(true);
     FoundFolders folders;
-    SearchFiles(files, searchSpec_, &List6, &folders, program_.gSearchOn);
+    Breather breathe(program_, paintInterval);
+    SearchFiles(files, searchSpec_, &List6, &folders, program_.gSearchOn, [&breathe] { breathe(); });
     List14.Clear();
     for (std::size_t i = 0; i < folders.paths.size(); ++i) {
         if (!folders.holdsFiles[i]) {
