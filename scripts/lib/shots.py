@@ -189,6 +189,25 @@ def review_saved(machine: Machine, shot: Shot) -> None:
     shot("originals")
 
 
+@scene("replacing")
+def replacing(machine: Machine, shot: Shot) -> None:
+    configure(machine)
+    shutil.rmtree(machine.e / "Backups")
+    for number in range(1500):
+        write(machine.d / "Pictures" / "2026" / f"IMG_{number:04}.jpg", "x" * 2000)
+    assert machine.run("C").code == 0
+    window = started(machine)
+    window.tab("Review Saved")
+    window.click("Show Saved Files")
+    window.select("List of Saved Files", 0)
+    window.key("Shift+End")
+    window.click("Replace Selected Files")
+    machine.answer(MESSAGE, "You Are About To Replace Selected Files", "OK")
+    machine.window(REPLACEMENT + "|Replacing Selected Files Please Wait!", 10).texts()
+    shot()
+    machine.window(REPLACEMENT + "|File Replacement Completed", 120).texts()
+
+
 @scene("about")
 def about(machine: Machine, shot: Shot) -> None:
     configure(machine)
