@@ -5,13 +5,12 @@
 
 #include "engine/Form5.h"
 #include "engine/Restart.h"
+#include "engine/ResultLayout.h"
 #include "engine/RunLog.h"
 #include "fileops/Errors.h"
 #include "fileops/FileOperations.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/VersionInfo.h"
-#include "forms/Area.h"
-#include "forms/Measures.h"
 
 namespace marlok {
 
@@ -21,7 +20,6 @@ constexpr forms::Colour alarm = forms::Rgb(192, 0, 0);
 
 // Twips.
 constexpr int leastHeight = 3600;
-constexpr int listBorder = 105;
 
 }  // namespace
 
@@ -60,14 +58,7 @@ void Form1::PlaceWindow() {
 }
 
 void Form1::Form_Resize() {
-    namespace measure = forms::measure;
-    forms::Area inner = forms::Area{0, 0, Width(), Height()}.Inside(measure::margin);
-    Put(Label2, inner.TakeTop(measure::lineHeight));
-    Put(Label1, inner.TakeTop(measure::lineHeight, measure::gap));
-    forms::Area bottom = inner.TakeBottom(measure::buttonHeight, measure::gap);
-    Put(Command1, bottom.TakeRight(measure::buttonWidth, measure::gap));
-    Put(Label3, bottom);
-    Put(List2, {listBorder / 2, inner.top, Width() - listBorder, inner.height});
+    LayOutResult(*this, {Label2, Label1, List2, &Label3, Command1});
 }
 
 void Form1::Run() {

@@ -5,14 +5,13 @@
 #include <vector>
 
 #include "engine/Restart.h"
+#include "engine/ResultLayout.h"
 #include "engine/RunLog.h"
 #include "engine/RunReport.h"
 #include "fileops/Errors.h"
 #include "fileops/FileOperations.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
-#include "forms/Area.h"
-#include "forms/Measures.h"
 #include "platform/Text.h"
 
 namespace marlok {
@@ -63,13 +62,7 @@ void Form6::PlaceWindow() {
 }
 
 void Form6::Form_Resize() {
-    namespace measure = forms::measure;
-    forms::Area inner = forms::Area{0, 0, Width(), Height()}.Inside(measure::margin);
-    Put(Label2, inner.TakeTop(measure::lineHeight));
-    Put(Label1, inner.TakeTop(measure::lineHeight, measure::gap));
-    forms::Area bottom = inner.TakeBottom(measure::buttonHeight, measure::gap);
-    Put(Command1, bottom.TakeRight(measure::buttonWidth));
-    Put(List2, inner);
+    LayOutResult(*this, {Label2, Label1, List2, nullptr, Command1});
 }
 
 void Form6::ReadCommandFile() {

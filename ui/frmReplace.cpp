@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "engine/ResultLayout.h"
 #include "engine/RunLog.h"
 #include "fileops/Errors.h"
 #include "fileops/FolderFunctions.h"
-#include "forms/Area.h"
 #include "forms/Measures.h"
 #include "ui/frmSSTab.h"
 
@@ -17,7 +17,6 @@ constexpr forms::Colour alarm = forms::Rgb(192, 0, 0);
 
 // Twips.
 constexpr int leastHeight = 3600;
-constexpr int listBorder = 105;
 
 }  // namespace
 
@@ -44,15 +43,9 @@ void frmReplace::Form_Load() {
 }
 
 void frmReplace::Form_Resize() {
-    namespace measure = forms::measure;
-    Label3.MoveTo(0, (Height() - measure::lineHeight) / 2, Width(), measure::lineHeight);
-    forms::Area inner = forms::Area{0, 0, Width(), Height()}.Inside(measure::margin);
-    Put(Label2, inner.TakeTop(measure::lineHeight));
-    Put(Label1, inner.TakeTop(measure::lineHeight, measure::gap));
-    forms::Area bottom = inner.TakeBottom(measure::buttonHeight, measure::gap);
-    Put(Command1, bottom.TakeRight(measure::buttonWidth, measure::gap));
-    Put(Label4, bottom);
-    Put(List2, {listBorder / 2, inner.top, Width() - listBorder, inner.height});
+    constexpr int lineHeight = forms::measure::lineHeight;
+    Label3.MoveTo(0, (Height() - lineHeight) / 2, Width(), lineHeight);
+    LayOutResult(*this, {Label2, Label1, List2, &Label4, Command1});
 }
 
 void frmReplace::Timer1_Timer() {

@@ -37,7 +37,7 @@ HICON ProgramIcon(int widthMetric, int heightMetric) {
     return icon != nullptr ? icon : LoadIconW(nullptr, IDI_APPLICATION);
 }
 
-/// Size of the part of a screen that programs may use: of the screen that `place` is on or next to.
+/// Size of the area of a screen that programs may use: of the screen that `place` is on or next to.
 SIZE WorkSize(const RECT& place) {
     MONITORINFO screen{};
     screen.cbSize = sizeof screen;
