@@ -132,7 +132,7 @@ void Form1::Timer1_Timer() {
     ShowStatus("Backup Is Finished !");
     program_.machine.desktop.ShowHourglass(false);
     const SystemError linked = MakeDesktopShortcut(program_, log, "Backup Log File", "Backup Log File");
-    if (linked != error::success) {
+    if (linked != error::success && logFailure_.empty()) {
         logFailure_ = "Backup Log File.lnk: " + Describe(system, linked);
     }
     ShowResult();

@@ -41,6 +41,7 @@ SystemError AddToOriginalList(Program& program, const std::string& listPath,
         added.append(line).append("\r\n");
     }
     if (exists && added.empty()) {
+        ClearUnfinishedSave(machine.files, listPath);
         return error::success;
     }
     // A list that was cut short, or written by hand, may lack its last line's end.

@@ -124,6 +124,13 @@ bool IsInside(FileSystem& files, const std::string& path, const std::string& fol
     return WhetherInside(files, path, folder) == Answer::yes;
 }
 
+bool IsSurelyInside(FileSystem& files, const std::string& path, const std::string& folder) {
+    std::string resolvedPath;
+    std::string resolvedFolder;
+    return TryResolve(files, path, resolvedPath) && TryResolve(files, folder, resolvedFolder) &&
+           IsAtOrBelow(resolvedPath, resolvedFolder);
+}
+
 SavePlaces::SavePlaces(Program& program) : program_(program) {
     FileSystem& files = program.machine.files;
     sources_ = ReadSources(program);

@@ -15,6 +15,10 @@ namespace marlok {
 /// True when `path` is `folder` or lies below it, whatever paths they are named by.
 [[nodiscard]] bool IsInside(FileSystem& files, const std::string& path, const std::string& folder);
 
+/// True when `path` lies in `folder` for certain: where links, aliases and substituted drives lead decides, not how the
+/// paths are written. False when the system does not tell.
+[[nodiscard]] bool IsSurelyInside(FileSystem& files, const std::string& path, const std::string& folder);
+
 /// What a run must not touch in a backup location: sources, the program, Windows, the program's own files.
 class SavePlaces {
  public:

@@ -135,8 +135,12 @@ int DeleteThisFile(FileSystem& files, Shell& shell, const std::string& path) {
         return DeleteMatches(files, shell, plain);
     }
     DirectoryEntry entry;
-    if (files.GetEntry(plain, entry) != error::success) {
+    const SystemError looked = files.GetEntry(plain, entry);
+    if (looked == error::fileNotFound || looked == error::pathNotFound) {
         return ShellDelete(shell, plain);
+    }
+    if (looked != error::success) {
+        return static_cast<int>(looked);  // what it is, nobody knows: the shell might delete through a link
     }
     if (entry.IsLink()) {
         return static_cast<int>(files.RemoveLink(plain));

@@ -25,6 +25,11 @@ SystemError WriteNew(FileSystem& files, const std::string& path, std::string_vie
     return code != error::success ? code : closed;
 }
 
+/// Where a file is written before it takes the place of `path`.
+std::string NeighbourOf(const std::string& path) {
+    return AddBackslash(FolderOf(path)) + std::string(workingfile::newText);
+}
+
 }  // namespace
 
 SystemError ReadWholeFile(FileSystem& files, const std::string& path, std::string& bytes) {
@@ -101,8 +106,16 @@ SystemError ForceReplace(FileSystem& files, const std::string& from, const std::
     return code;
 }
 
+void ClearUnfinishedSave(FileSystem& files, const std::string& path) {
+    const std::string neighbour = NeighbourOf(path);
+    DirectoryEntry entry;
+    if (files.GetEntry(neighbour, entry) == error::success && !entry.IsFolder()) {
+        static_cast<void>(ForceDelete(files, neighbour));  // one that stays is replaced by the next save
+    }
+}
+
 SystemError SaveWholeFile(FileSystem& files, const std::string& path, std::string_view bytes) {
-    const std::string neighbour = AddBackslash(FolderOf(path)) + std::string(workingfile::newText);
+    const std::string neighbour = NeighbourOf(path);
     SystemError code = WriteNew(files, neighbour, bytes);
     if (code == error::success) {
         code = ForceReplace(files, neighbour, path);

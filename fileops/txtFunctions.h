@@ -26,6 +26,9 @@ namespace marlok {
 /// which the next write into that folder replaces.
 [[nodiscard]] SystemError SaveWholeFile(FileSystem& files, const std::string& path, std::string_view bytes);
 
+/// Removes what a process that died while it saved `path`, or another file of that folder, may have left beside it.
+void ClearUnfinishedSave(FileSystem& files, const std::string& path);
+
 /// Deletes a file; a read-only one too.
 [[nodiscard]] SystemError ForceDelete(FileSystem& files, const std::string& path);
 

@@ -34,8 +34,8 @@ class CheckBox : public Control {
     Property<std::string> Caption{*this, Aspect::text, ""};
     Property<State> Value{*this, Aspect::value, State::unchecked};
 
-    /// For the view: the user has pressed the box. Checks one that is not checked, clears a checked one; only code
-    /// greys one. Fires Click.
+    /// For the view: the user has pressed the box. Checks one that is not checked, clears a checked or greyed one; only
+    /// code greys one. Fires Click.
     void UserPressed();
 
     Event Click;

@@ -27,7 +27,7 @@ class DriveListBox : public Control {
     /// Looks which drives there are now.
     void Refresh();
 
-    /// One line for each drive ("C: [Windows]", "E: (removable disk)"), in the order of the letters.
+    /// One line for each drive ("C: [Windows] (local disk)", "E: (removable disk)"), in the order of the letters.
     [[nodiscard]] const std::vector<std::string>& Items() const { return items_; }
 
     /// The line of the chosen drive, -1 when there is no such drive.

@@ -42,14 +42,20 @@ std::vector<std::string> BackupSettings::ReadList(const std::string& section, co
     }
 }
 
-void BackupSettings::SaveList(const std::string& section, const std::string& word,
+bool BackupSettings::SaveList(const std::string& section, const std::string& word,
                               const std::vector<std::string>& list) {
-    settings_.DeleteSetting(section, "");
+    // Fails where keys lie below the section's; what is left behind the new end is taken away below.
+    static_cast<void>(settings_.DeleteSetting(section, ""));
+    bool stored = true;
     int number = firstEntryNumber;
     for (const std::string& entry : list) {
-        settings_.SaveSetting(section, ValueName(word, number), entry);
-        ++number;
+        stored = settings_.SaveSetting(section, ValueName(word, number), entry) && stored;
+        number = CheckedCounter(number + 1);
     }
+    for (; stored && !IsEndMark(settings_.GetSetting(section, ValueName(word, number), endMark)); ++number) {
+        stored = settings_.DeleteSetting(section, ValueName(word, number));
+    }
+    return stored;
 }
 
 std::vector<std::string> BackupSettings::Locations() {
@@ -76,7 +82,7 @@ bool BackupSettings::AnySource(const std::string& location) {
     return !IsEndMark(Source(location, firstEntryNumber));
 }
 
-void BackupSettings::SaveLocations(const std::vector<std::string>& locations) {
+bool BackupSettings::SaveLocations(const std::vector<std::string>& locations) {
     std::vector<std::string> kept;
     for (const std::string& location : locations) {
         if (IsEndMark(location)) {
@@ -84,11 +90,11 @@ void BackupSettings::SaveLocations(const std::vector<std::string>& locations) {
         }
         kept.push_back(location);
     }
-    SaveList(locationSection, locationWord, kept);
+    return SaveList(locationSection, locationWord, kept);
 }
 
-void BackupSettings::SaveSources(const std::string& location, const std::vector<std::string>& sources) {
-    SaveList(PathAfterRoot(location), sourceWord, sources);
+bool BackupSettings::SaveSources(const std::string& location, const std::vector<std::string>& sources) {
+    return SaveList(PathAfterRoot(location), sourceWord, sources);
 }
 
 }  // namespace marlok

@@ -32,16 +32,17 @@ class BackupSettings {
     [[nodiscard]] bool AnyLocation();
     [[nodiscard]] bool AnySource(const std::string& location);
 
-    /// Rewrites the locations up to the first that is "" or "0".
-    void SaveLocations(const std::vector<std::string>& locations);
+    /// Rewrites the locations up to the first that is "" or "0". False when the settings do not hold them now; so does
+    /// the other.
+    bool SaveLocations(const std::vector<std::string>& locations);
 
-    /// Rewrites the sources of a location. Where the old list cannot be deleted because keys lie below it, longer old
-    /// entries stay behind the new end.
-    void SaveSources(const std::string& location, const std::vector<std::string>& sources);
+    /// Rewrites the sources of a location.
+    bool SaveSources(const std::string& location, const std::vector<std::string>& sources);
 
  private:
     [[nodiscard]] std::vector<std::string> ReadList(const std::string& section, const std::string& word);
-    void SaveList(const std::string& section, const std::string& word, const std::vector<std::string>& list);
+    [[nodiscard]] bool SaveList(const std::string& section, const std::string& word,
+                                const std::vector<std::string>& list);
 
     CRegSettings& settings_;
 };

@@ -107,7 +107,7 @@ void frmSSTab::Command1_Click() {
 }
 
 void frmSSTab::StoreLocations() {
-    program_.Configuration().SaveLocations(List3.Items());
+    TellUnlessStored(program_.Configuration().SaveLocations(List3.Items()));
 }
 
 void frmSSTab::Command12_Click() {

@@ -55,7 +55,7 @@ void frmSSTab::Command17_Click() {
         DeleteSavedFiles(location);
         return;
     }
-    if (!location.empty()) {
+    if (!location.empty() && originalsKnown_) {
         DeleteLogEntries(location);
     }
     Show();
@@ -169,13 +169,10 @@ void frmSSTab::DeleteLogEntries(const std::string& location) {
     const SystemError code = SaveWholeFile(files, originalLogPath_, AsText(List7.Items()));
     List6.Clear();
     ReportUnless(code == error::success, originalLogPath_, code);
-    if (!ShowOriginalPaths()) {
-        Text1.Text = std::string("0");
-        // What was written is empty; a list that could not be written or read back is not.
-        const bool emptied = code == error::success && List7.ListCount() == 0;
-        if (emptied && FileExists(files, originalLogPath_)) {
-            static_cast<void>(DeleteThisFile(files, program_.machine.shell, originalLogPath_));
-        }
+    originalsKnown_ = ShowOriginalPaths() == error::success;
+    // What was written is empty; a list that could not be written or read back is not.
+    if (code == error::success && originalsKnown_ && List6.ListCount() == 0) {
+        static_cast<void>(DeleteThisFile(files, program_.machine.shell, originalLogPath_));
     }
     List7.Clear();
     ShowElapsed(start);

@@ -39,7 +39,9 @@ void frmSSTab::DeleteSourceCopies() {
         return;
     }
     for (int line = 0; line < List4.ListCount(); ++line) {
-        (List4.Selected(line) ? List10 : List11).AddItem(List4.List(line));
+        if (List4.List(line) != texts::noFiles) {
+            (List4.Selected(line) ? List10 : List11).AddItem(List4.List(line));
+        }
     }
     for (const std::string& source : List10.Items()) {
         DeleteSavedCopy(location, source);
@@ -52,7 +54,7 @@ void frmSSTab::DeleteSourceCopies() {
         }
         kept.push_back(source);
     }
-    program_.Configuration().SaveSources(location, kept);
+    TellUnlessStored(program_.Configuration().SaveSources(location, kept));
     List4.Clear();
     for (const std::string& source : kept) {
         List4.AddItem(source);
@@ -77,7 +79,13 @@ void frmSSTab::DeleteSavedCopy(const std::string& location, const std::string& s
         return;
     }
     DirectoryEntry entry;
-    if (files.GetEntry(saved, entry) != error::success) {
+    const SystemError looked = files.GetEntry(saved, entry);
+    if (looked == error::fileNotFound || looked == error::pathNotFound) {
+        return;
+    }
+    if (looked != error::success) {
+        Tell(saved + "\r\n\r\n Could Not Be Deleted\r\n\r\n" + Describe(program_.machine.system, looked),
+             plainInformation);
         return;
     }
     const bool asFile = text::HasThreeLetterExtension(source);
@@ -86,7 +94,7 @@ void frmSSTab::DeleteSavedCopy(const std::string& location, const std::string& s
     }
     // The folder it lies in may be a link out of the location; the saved copy itself, being one, goes without its
     // target.
-    const bool inside = IsInside(files, FolderOf(saved), location);
+    const bool inside = IsSurelyInside(files, FolderOf(saved), location);
     const int code = inside ? DeleteThisFile(files, program_.machine.shell, saved) : 0;
     if (!inside || files.GetEntry(saved, entry) == error::success) {
         const std::string reason = inside ? Describe(program_.machine.system, static_cast<SystemError>(code))
@@ -102,7 +110,14 @@ void frmSSTab::PruneOriginalList(const std::string& location) {
     if (!FileExists(files, list)) {
         return;
     }
-    const std::string whole = ReadTextFile(files, program_.machine.system, list);
+    std::string whole;
+    SystemError code = ReadWholeFile(files, list, whole);
+    if (code != error::success) {
+        Tell(list + "\r\n\r\n Could Not Be Changed\r\n\r\n" + Describe(program_.machine.system, code),
+             plainInformation);
+        return;
+    }
+    whole = DecodeText(program_.machine.system, std::move(whole));
     std::vector<std::string> removed;
     for (const std::string& source : List10.Items()) {
         removed.push_back(text::Fold(source));
@@ -119,7 +134,7 @@ void frmSSTab::PruneOriginalList(const std::string& location) {
     if (List12.ListCount() == 0) {
         return;  // deliberate: a list of original paths is never emptied this way
     }
-    const SystemError code = SaveWholeFile(files, list, kept);
+    code = SaveWholeFile(files, list, kept);
     if (code != error::success) {
         Tell(list + "\r\n\r\n Could Not Be Changed\r\n\r\n" + Describe(program_.machine.system, code),
              plainInformation);

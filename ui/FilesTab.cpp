@@ -101,7 +101,7 @@ void frmSSTab::Command4_Click() {
     if (List4.List(0) == texts::noFiles) {
         List4.RemoveItem(0);
     }
-    program_.Configuration().SaveSources(location, List4.Items());
+    TellUnlessStored(program_.Configuration().SaveSources(location, List4.Items()));
 }
 
 /// False when a file stands in the list already: the rest is not added then, and nothing is stored.
@@ -158,7 +158,7 @@ void frmSSTab::RemoveEntriesOnly() {
             List8.AddItem(List4.List(line));
         }
     }
-    program_.Configuration().SaveSources(List9.List(List9.ListIndex()), List8.Items());
+    TellUnlessStored(program_.Configuration().SaveSources(List9.List(List9.ListIndex()), List8.Items()));
     List4.Clear();
     for (const std::string& kept : List8.Items()) {
         List4.AddItem(kept);

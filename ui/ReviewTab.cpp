@@ -5,6 +5,7 @@
 #include "engine/LocationName.h"
 #include "engine/PathLookup.h"
 #include "engine/Restore.h"
+#include "fileops/Errors.h"
 #include "fileops/FileSearch.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
@@ -195,29 +196,35 @@ void frmSSTab::Command16_Click() {
     listMode_ = ListMode::original;
     const std::uint64_t start = BeginListing();
     originalLogPath_ = OriginalListPath(program_, location);
-    if (FileExists(program_.machine.files, originalLogPath_)) {
-        Command13.Caption = std::string(showSaved);
-        static_cast<void>(ShowOriginalPaths());
-    } else {
-        Text1.Text = std::string("0");
+    Command13.Caption = std::string(showSaved);
+    const SystemError code = ShowOriginalPaths();
+    const bool missing = code == error::fileNotFound || code == error::pathNotFound;
+    // What could not be read must not be written back: its lines would be lost.
+    originalsKnown_ = code == error::success || missing;
+    if (missing) {
         List6.AddItem(NoOriginals());
-        Command13.Caption = std::string(showSaved);
+    } else if (!originalsKnown_) {
+        Tell(originalLogPath_ + "\r\n\r\n Could Not Be Read\r\n\r\n" + Describe(program_.machine.system, code),
+             plainInformation);
     }
     Command17.Caption = std::string("Delete Entry");
     EndListing("List of Original Path Log");
     ShowElapsed(start);
 }
 
-/// The lines of the list of original paths into List6, and how many they are. False when there is none.
-bool frmSSTab::ShowOriginalPaths() {
-    const std::string whole = ReadTextFile(program_.machine.files, program_.machine.system, originalLogPath_);
+/// The lines of the list of original paths into List6, and how many they are.
+SystemError frmSSTab::ShowOriginalPaths() {
+    std::string bytes;
+    const SystemError code = ReadWholeFile(program_.machine.files, originalLogPath_, bytes);
+    const std::string whole =
+        code == error::success ? DecodeText(program_.machine.system, std::move(bytes)) : std::string();
     for (const std::string_view line : text::Split(whole, "\r\n")) {
         if (!line.empty()) {
             List6.AddItem(std::string(line));
         }
     }
     Text1.Text = std::to_string(List6.ListCount());
-    return List6.ListCount() > 0;
+    return code;
 }
 
 void frmSSTab::ReplaceSelected() {

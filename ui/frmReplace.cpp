@@ -51,7 +51,9 @@ void frmReplace::Form_Resize() {
 void frmReplace::Timer1_Timer() {
     Timer1.Stop();
     WriteReplacedLog();
-    WriteErrorLog(program_, report);
+    if (!report.Lines().empty()) {
+        WriteErrorLog(program_, report);  // else that of a backup stays, which tells what is not saved
+    }
     Hide();
     for (forms::Control* finished : std::initializer_list<forms::Control*>{&Command1, &List2, &Label1, &Label2}) {
         finished->Visible = true;

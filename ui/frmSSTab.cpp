@@ -137,7 +137,7 @@ void frmSSTab::Form_Load() {
 }
 
 void frmSSTab::SetRegTarget() {
-    program_.Configuration().SaveLocations(List1.Items());
+    TellUnlessStored(program_.Configuration().SaveLocations(List1.Items()));
 }
 
 void frmSSTab::SSTab1_Click() {
@@ -238,6 +238,15 @@ bool frmSSTab::FillLocations(forms::ListBox& list) {
         list.AddItem(location);
     }
     return list.ListCount() > 0;
+}
+
+void frmSSTab::TellUnlessStored(bool stored) {
+    if (!stored) {
+        Tell(
+            "The List Could Not Be Stored In The Registry\r\n\r\nIt will not be there when the program is started "
+            "again.",
+            messagestyle::ok | messagestyle::information);
+    }
 }
 
 int frmSSTab::Tell(const std::string& text, std::uint32_t style, const std::string& title) {

@@ -207,7 +207,7 @@ class frmSSTab : public forms::Form {
     [[nodiscard]] std::string ReviewedLocation();
     void ShowSavedFiles(const std::string& location);
     void ListSavedFiles(const std::string& location);
-    [[nodiscard]] bool ShowOriginalPaths();
+    [[nodiscard]] SystemError ShowOriginalPaths();
     [[nodiscard]] std::uint64_t BeginListing();
     void EndListing(const std::string& heading);
     void ShowElapsed(std::uint64_t start);
@@ -228,6 +228,9 @@ class frmSSTab : public forms::Form {
 
     /// The backup locations into a list box, which is cleared first. False when there is none.
     bool FillLocations(forms::ListBox& list);
+    /// Tells that the settings could not be changed, unless they could.
+    void TellUnlessStored(bool stored);
+
     int Tell(const std::string& text, std::uint32_t style, const std::string& title = "Marlok Info.....");
 
     /// What List6 shows.
@@ -236,6 +239,7 @@ class frmSSTab : public forms::Form {
     Program& program_;
     ListMode listMode_ = ListMode::none;
     std::string originalLogPath_;  ///< the list of original paths that List6 shows
+    bool originalsKnown_ = false;  ///< List6 shows what that list holds, or it is known to be missing
     SearchSpec searchSpec_;
 };
 

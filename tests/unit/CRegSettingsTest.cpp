@@ -203,12 +203,19 @@ TEST_F(CRegSettingsTest, AShorterListLeavesNothingOfTheLongerOne) {
     EXPECT_FALSE(KeyExists(std::string(root) + "\\A"));
 }
 
-TEST_F(CRegSettingsTest, KeysBelowASectionKeepOldEntriesBehindTheNewEnd) {
+TEST_F(CRegSettingsTest, AShorterListLeavesNothingBehindItsEndWhereKeysBelowKeepTheSection) {
     backup.SaveSources(R"(E:\Save)", {R"(C:\1)", R"(C:\2)", R"(C:\3)"});
     backup.SaveSources(R"(E:\Save\Old)", {R"(C:\x)"});
-    backup.SaveSources(R"(E:\Save)", {R"(C:\9)"});
-    EXPECT_EQ(settings.GetSetting("Save", "SourcePath2", ""), R"(C:\9)");
-    EXPECT_EQ(settings.GetSetting("Save", "SourcePath4", ""), R"(C:\3)");
+    EXPECT_TRUE(backup.SaveSources(R"(E:\Save)", {R"(C:\9)"}));
+    EXPECT_THAT(settings.GetAllSettings("Save"), UnorderedElementsAre(Pair("SourcePath2", R"(C:\9)")))
+        << "a source that was taken off the list would be saved for ever";
+    EXPECT_THAT(settings.GetAllSettings(R"(Save\Old)"), UnorderedElementsAre(Pair("SourcePath2", R"(C:\x)")));
+}
+
+TEST_F(CRegSettingsTest, AListThatCannotBeStoredIsTold) {
+    machine.registry.MakeReadOnly(std::string(root) + "\\A");
+    EXPECT_FALSE(backup.SaveSources(R"(E:\A)", {R"(C:\1)"}));
+    EXPECT_TRUE(backup.SaveSources(R"(E:\B)", {R"(C:\1)"}));
 }
 
 TEST_F(CRegSettingsTest, NumbersHaveNoLeadingZeros) {

@@ -261,6 +261,18 @@ void DeleteOne(InMemoryMachine& machine) {
     program.windows.UnloadAll();
 }
 
+/// Takes the first line off the list of original paths in a program of its own. What it throws leaves this call.
+void DeleteOneLine(InMemoryMachine& machine) {
+    Program program(machine.machine(), nullptr);
+    program.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
+    auto& window = program.windows.Load<ui::frmSSTab>(program);
+    window.SSTab1.SetTab(ui::tab::reviewSaved);
+    window.Command16.Click();
+    window.List6.SetSelected(0, window.List6.List(0) == R"(C:\Data\a.doc)");
+    window.Command17.Click();
+    program.windows.UnloadAll();
+}
+
 /// At any time: originals and the other saved files are there, and the list is the old one or the new one.
 void ExpectNothingLost(InMemoryMachine& machine) {
     EXPECT_EQ(machine.Read(R"(C:\Data\a.doc)"), "original a");
@@ -295,6 +307,52 @@ TEST(DeleteEntriesSweep, NoFailureLosesAnythingElse) {
         ExpectNothingLost(machine);
         if (over) {
             EXPECT_GT(k, 20U);
+            return;
+        }
+    }
+}
+
+TEST(DeleteEntriesSweep, NoFailureTearsTheListOfOriginalPaths) {
+    for (std::size_t k = 1;; ++k) {
+        InMemoryMachine machine;
+        PrepareForSweep(machine);
+        machine.faults.FailAt(k, error::ioDevice);
+        try {
+            DeleteOneLine(machine);
+        } catch (const RuntimeError&) {
+            // A list that cannot be read ends the program.
+        }
+        const bool over = machine.faults.Steps() < k;
+        machine.faults.Reset();
+        SCOPED_TRACE("step " + std::to_string(k));
+        const std::string now = machine.Read(Beside("Save.txt"));
+        const bool shortened = now == "C:\\Data\\Old\\b.txt\r\nC:\\Music\\m.mp3\r\n";
+        EXPECT_TRUE(now == list || shortened) << now;
+        if (over) {
+            EXPECT_TRUE(shortened);
+            EXPECT_GT(k, 10U);
+            return;
+        }
+    }
+}
+
+TEST(DeleteEntriesSweep, NoDeathTearsTheListOfOriginalPaths) {
+    for (std::size_t k = 1;; ++k) {
+        InMemoryMachine machine;
+        PrepareForSweep(machine);
+        machine.faults.DieAt(k);
+        bool died = false;
+        try {
+            DeleteOneLine(machine);
+        } catch (const ProcessDied&) {
+            died = true;
+        }
+        machine.Restart();
+        SCOPED_TRACE("step " + std::to_string(k));
+        const std::string now = machine.Read(Beside("Save.txt"));
+        EXPECT_TRUE(now == list || now == "C:\\Data\\Old\\b.txt\r\nC:\\Music\\m.mp3\r\n") << now;
+        if (!died) {
+            EXPECT_GT(k, 10U);
             return;
         }
     }

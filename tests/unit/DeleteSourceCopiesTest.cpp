@@ -255,6 +255,22 @@ TEST_F(DeleteSourceCopiesTest, WithoutAPickedLocationNothingIsDeleted) {
     EXPECT_EQ(Settings(), settings);
 }
 
+TEST_F(DeleteSourceCopiesTest, TheLineThatSaysThatThereAreNoSourcesIsStoredNowhere) {
+    UseSources({});
+    OpenFilesTab(program).DeleteSourceCopies();
+    EXPECT_THAT(Settings(), IsEmpty());
+    EXPECT_EQ(Saved(), whole);
+}
+
+TEST_F(DeleteSourceCopiesTest, TheLineThatSaysThatThereAreNoSourcesCanBeDeletedWithoutAWord) {
+    UseSources({});
+    const ui::frmSSTab& window = Delete({noFiles});
+    EXPECT_THAT(Settings(), IsEmpty());
+    EXPECT_THAT(window.List4.Items(), ElementsAre(noFiles));
+    EXPECT_EQ(Saved(), whole);
+    EXPECT_THAT(Told(), IsEmpty());
+}
+
 TEST_F(DeleteSourceCopiesTest, TheCopiesOfAWholeDriveStayAndTheUserIsTold) {
     UseSources({"C:\\", R"(C:\Music)"});
     Delete({"C:\\"});
@@ -280,6 +296,19 @@ TEST_F(DeleteSourceCopiesTest, NoPathLeadsOutOfTheLocation) {
         EXPECT_THAT(Told().back(), HasSubstr("Nothing Was Deleted")) << odd;
         EXPECT_EQ(Settings(), (Values{{"SourcePath2", R"(C:\Music)"}})) << odd;
     }
+}
+
+TEST_F(DeleteSourceCopiesTest, NothingIsDeletedBehindALinkOnTheWay) {
+    machine.Remove(R"(E:\Save\Data)");
+    machine.MakeLink(R"(E:\Save\Data)", R"(D:\Real)");
+    UseSources({R"(C:\Data\Sub)", R"(C:\Data\r.txt)", R"(C:\Music)"});
+    Delete({R"(C:\Data\Sub)", R"(C:\Data\r.txt)"});
+    EXPECT_EQ(machine.Tree(R"(D:\Real)"), real);
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data)"));
+    EXPECT_THAT(Told(), ElementsAre(AllOf(StartsWith("E:\\Save\\Data\\Sub\r\n"), HasSubstr("Could Not Be Deleted"),
+                                          HasSubstr("link leads out")),
+                                    AllOf(StartsWith("E:\\Save\\Data\\r.txt\r\n"), HasSubstr("Could Not Be Deleted"),
+                                          HasSubstr("link leads out"))));
 }
 
 TEST_F(DeleteSourceCopiesTest, ASavedFolderThatIsALinkGoesWithoutItsTarget) {
@@ -344,6 +373,26 @@ TEST_F(DeleteSourceCopiesTest, AFileInUseInASavedFolderIsToldAndTheOthersGo) {
     EXPECT_THAT(Told(), ElementsAre(AllOf(StartsWith("E:\\Save\\Data\r\n"), HasSubstr("Could Not Be Deleted"))));
 }
 
+TEST_F(DeleteSourceCopiesTest, ACopyThatCannotBeLookedAtIsTold) {
+    ui::frmSSTab& window = OpenFilesTab(program);
+    Select(window, {R"(C:\Notes.txt)"});
+    machine.faults.FailWhen(
+        [](const Step& step) { return step.path == R"(E:\Save\Notes.txt)" ? error::accessDenied : error::success; });
+    window.DeleteSourceCopies();
+    machine.faults.FailWhen(nullptr);
+    EXPECT_THAT(Told(), ElementsAre(AllOf(StartsWith("E:\\Save\\Notes.txt\r\n"), EndsWith("(error 5)"))));
+}
+
+TEST_F(DeleteSourceCopiesTest, SourcesThatCannotBeStoredAreTold) {
+    ui::frmSSTab& window = OpenFilesTab(program);
+    Select(window, {R"(C:\Notes.txt)"});
+    machine.faults.FailWhen(
+        [](const Step& step) { return step.operation == "SetValue" ? error::accessDenied : error::success; });
+    window.DeleteSourceCopies();
+    machine.faults.FailWhen(nullptr);
+    EXPECT_THAT(Told(), SizeIs(1));
+}
+
 TEST_F(DeleteSourceCopiesTest, OneCopyThatStaysKeepsNoOther) {
     machine.Lock(R"(E:\Save\Notes.txt)");
     Delete({R"(C:\Notes.txt)", R"(C:\Music)"});
@@ -374,6 +423,15 @@ TEST_F(DeleteSourceCopiesTest, AListThatCannotBeWrittenIsToldAndStaysAsItIs) {
     machine.faults.FailWhen(nullptr);
     EXPECT_THAT(Told(), ElementsAre(AllOf(StartsWith(Beside("Save.txt") + "\r\n"), HasSubstr("Could Not Be Changed"),
                                           EndsWith("(error 112)"))));
+    EXPECT_EQ(machine.Read(Beside("Save.txt")), list);
+    EXPECT_EQ(Settings(), (Values{{"SourcePath2", R"(C:\Notes.txt)"}, {"SourcePath3", R"(C:\Music)"}}));
+}
+
+TEST_F(DeleteSourceCopiesTest, AListInUseIsToldAndTheSourceLeavesTheSettings) {
+    const std::string list = machine.Read(Beside("Save.txt"));
+    machine.Lock(Beside("Save.txt"));
+    EXPECT_NO_THROW(Delete({R"(C:\Data)"}));
+    EXPECT_THAT(Told(), ElementsAre(StartsWith(Beside("Save.txt"))));
     EXPECT_EQ(machine.Read(Beside("Save.txt")), list);
     EXPECT_EQ(Settings(), (Values{{"SourcePath2", R"(C:\Notes.txt)"}, {"SourcePath3", R"(C:\Music)"}}));
 }
@@ -511,7 +569,7 @@ TEST_P(DeletionFailsTest, OneFailureAtAnyStepTouchesNothingElse) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenes, DeletionFailsTest, testing::Values(plain, nested),
+INSTANTIATE_TEST_SUITE_P(Scenes, DeletionFailsTest, testing::Values(plain, linked, nested),
                          [](const auto& scene) { return scene.param.what; });
 
 class DeletionDiesTest : public testing::TestWithParam<Scene> {};
@@ -530,7 +588,7 @@ TEST_P(DeletionDiesTest, DeathAtAnyStepTouchesNothingElse) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenes, DeletionDiesTest, testing::Values(plain, linked),
+INSTANTIATE_TEST_SUITE_P(Scenes, DeletionDiesTest, testing::Values(plain, linked, nested),
                          [](const auto& scene) { return scene.param.what; });
 
 }  // namespace

@@ -13,6 +13,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::EndsWith;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
@@ -376,6 +377,13 @@ TEST_F(Form1Test, AShortcutThatCannotBeMadeIsTold) {
 TEST_F(Form1Test, AMissingDesktopFolderIsToldLikewise) {
     machine.shell.desktopFolder = "";
     EXPECT_THAT(Run().Label3.Caption.Get(), Failed("Backup Log File.lnk", error::pathNotFound));
+}
+
+TEST_F(Form1Test, ALogThatCannotBeWrittenCountsMoreThanItsShortcut) {
+    machine.Seed({{Beside("Backup Log File.txt"), "old"}});
+    machine.Lock(Beside("Backup Log File.txt"));
+    machine.shell.desktopFolder = "";
+    EXPECT_THAT(Run().Label3.Caption.Get(), HasSubstr("Backup Log File.txt"));
 }
 
 TEST_F(Form1Test, CloseHasTheProgramStartedAgainAndEndsIt) {
