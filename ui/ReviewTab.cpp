@@ -245,10 +245,18 @@ void frmSSTab::ReplaceSelected() {
         Show();
         return;
     }
+    std::string originals;
+    const std::string path = OriginalListPath(program_, List5.List(List5.ListIndex()));
+    const SystemError code = ReadOriginals(path, originals);
+    if (code != error::success) {
+        Tell(path + "\r\n\r\n Could Not Be Read\r\n\r\n" + Describe(program_.machine.system, code), plainInformation);
+        Show();
+        return;
+    }
     auto& window = Collection().Load<frmReplace>(program_);
     window.Show();
     window.Refresh();
-    if (ReplaceFiles(chosen, window)) {
+    if (ReplaceFiles(chosen, originals, window)) {
         window.Timer1.Start();
         return;
     }
@@ -257,11 +265,16 @@ void frmSSTab::ReplaceSelected() {
     Refresh();
 }
 
+/// The text of a list of original paths; a missing one is empty.
+SystemError frmSSTab::ReadOriginals(const std::string& path, std::string& text) {
+    const SystemError code = ReadWholeFile(program_.machine.files, path, text);
+    text = DecodeText(program_.machine.system, std::move(text));
+    return code == error::fileNotFound || code == error::pathNotFound ? error::success : code;
+}
+
 /// False when the only selected file could not be replaced: there is nothing to log then.
-bool frmSSTab::ReplaceFiles(const std::vector<std::string>& chosen, frmReplace& window) {
+bool frmSSTab::ReplaceFiles(const std::vector<std::string>& chosen, const std::string& list, frmReplace& window) {
     const std::string location = List5.List(List5.ListIndex());
-    const std::string list =
-        ReadTextFile(program_.machine.files, program_.machine.system, OriginalListPath(program_, location));
     std::vector<std::string> names;
     names.reserve(chosen.size());
     for (const std::string& saved : chosen) {

@@ -212,7 +212,9 @@ class frmSSTab : public forms::Form {
     void EndListing(const std::string& heading);
     void ShowElapsed(std::uint64_t start);
     void ReplaceSelected();
-    [[nodiscard]] bool ReplaceFiles(const std::vector<std::string>& chosen, frmReplace& window);
+    [[nodiscard]] SystemError ReadOriginals(const std::string& path, std::string& text);
+    [[nodiscard]] bool ReplaceFiles(const std::vector<std::string>& chosen, const std::string& list,
+                                    frmReplace& window);
     void ReplaceFile(const std::string& saved, const std::string& original, frmReplace& window);
     void DeleteSavedFiles(const std::string& location);
     void DeleteChosenFiles(const std::string& location);

@@ -298,6 +298,21 @@ TEST_F(ReviewTabTest, ADamagedListHarmsNothing) {
     EXPECT_THAT(ErrorLog(machine), SizeIs(2));
 }
 
+TEST_F(ReviewTabTest, AListInUseIsToldAndNothingIsReplaced) {
+    ui::frmSSTab& window = OpenTab();
+    window.Command13.Click();
+    window.List6.UserSelected(0, {0});
+    machine.Lock(Beside("Save.txt"));
+    machine.desktop.Answer(button::ok);
+    machine.desktop.Answer(button::ok);
+    window.Command13.Click();
+    EXPECT_THAT(LastMessage(), HasSubstr("Could Not Be Read"));
+    EXPECT_THAT(LastMessage(), HasSubstr("(error 32)"));
+    EXPECT_EQ(Replacement(), nullptr);
+    EXPECT_TRUE(window.IsVisible());
+    EXPECT_EQ(machine.Read(R"(C:\Data\a.doc)"), "now a");
+}
+
 TEST_F(ReviewTabTest, TheListIsReadOnceForAllFiles) {
     int opened = 0;
     machine.faults.BeforeStep(
