@@ -31,6 +31,11 @@ def review(machine: Machine) -> Window:
     return window
 
 
+def back(machine: Machine) -> None:
+    """Waits until the main window, which is hidden while a question is open, is there again."""
+    assert wait_until(lambda: machine.windows() == [TITLE], 10), machine.windows()
+
+
 def counters(window: Window) -> list[str]:
     return [control.text for control in window.controls() if control.kind == "Edit"]
 
@@ -144,9 +149,11 @@ def test_the_list_of_original_paths_is_shown_and_shortened(started: Machine) -> 
     window.select(PATHS, 0, 2)
     window.click("Delete Entry")
     machine.answer(MESSAGE, "You Are About To Delete Selections From The Original Path Log", "Cancel")
+    back(machine)
     assert machine.listed("Daily") == paths
     window.click("Delete Entry")
     machine.answer(MESSAGE, "You Are About To Delete Selections From The Original Path Log", "OK")
+    back(machine)
     kept = [paths[1], *paths[3:]]
     assert wait_until(lambda: window.lines(PATHS) == kept, 10)
     assert machine.listed("Daily") == kept
@@ -167,6 +174,7 @@ def test_deleted_files_go_and_their_folders_after_the_restart(started: Machine) 
     window.select(LIST, line)
     window.click("Delete Entry")
     machine.answer(MESSAGE, "You Are About To Delete Selections From The Saved Files", "Cancel")
+    back(machine)
     assert (machine.e / "Daily" / "Docs" / "Letters" / "Old" / "deep.txt").exists()
     window.click("Delete Entry")
     machine.answer(MESSAGE, "You Are About To Delete Selections From The Saved Files", "OK")
