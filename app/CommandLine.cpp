@@ -2,7 +2,7 @@
 
 #include "fileops/Errors.h"
 #include "fileops/txtFunctions.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok::app {
 

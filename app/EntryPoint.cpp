@@ -1,5 +1,5 @@
 #include "app/Main.h"
-#include "platform/win32/Win32Machine.h"
+#include "win32/Win32Machine.h"
 
 /// The one place that names the real machine.
 int main() {

@@ -6,15 +6,15 @@
 #include "app/CommandLine.h"
 #include "app/Form2.h"
 #include "app/frmStartUp.h"
-#include "engine/Form6.h"
 #include "engine/RunReport.h"
 #include "fileops/Errors.h"
 #include "fileops/FileOperations.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
 #include "platform/RuntimeError.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 #include "ui/frmSSTab.h"
+#include "ui/run/Form6.h"
 
 namespace marlok::app {
 

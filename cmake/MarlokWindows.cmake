@@ -1,6 +1,8 @@
 # The real machine, the program and the restart program. Included for Windows builds only.
 
-file(GLOB win32Sources CONFIGURE_DEPENDS platform/win32/*.cpp platform/win32/*.h)
+file(
+  GLOB win32Sources CONFIGURE_DEPENDS
+  win32/*.cpp win32/*.h win32/machine/*.cpp win32/machine/*.h win32/views/*.cpp win32/views/*.h)
 add_library(marlok_win32 STATIC ${win32Sources})
 target_compile_definitions(marlok_win32 PRIVATE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00
                                                 NTDDI_VERSION=0x0A000006)

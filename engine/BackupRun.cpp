@@ -11,7 +11,7 @@
 #include "fileops/FolderScan.h"
 #include "fileops/WorkingFiles.h"
 #include "platform/RuntimeError.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok {
 

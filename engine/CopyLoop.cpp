@@ -7,7 +7,7 @@
 #include "fileops/FolderFunctions.h"
 #include "fileops/WorkingFiles.h"
 #include "fileops/txtFunctions.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok {
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "fileops/FolderFunctions.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok {
 

@@ -5,7 +5,7 @@
 #include "fileops/Callback.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok {
 

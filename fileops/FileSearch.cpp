@@ -6,7 +6,7 @@
 
 #include "fileops/FolderFunctions.h"
 #include "fileops/WorkingFiles.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok {
 

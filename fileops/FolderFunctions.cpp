@@ -7,7 +7,7 @@
 #include "fileops/Errors.h"
 #include "fileops/txtFunctions.h"
 #include "platform/Clock.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok {
 

@@ -7,7 +7,7 @@
 
 #include "fileops/FolderFunctions.h"
 #include "platform/RuntimeError.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok {
 

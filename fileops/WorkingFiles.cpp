@@ -1,6 +1,6 @@
 #include "fileops/WorkingFiles.h"
 
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok::workingfile {
 

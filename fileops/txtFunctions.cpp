@@ -3,7 +3,7 @@
 #include "fileops/Errors.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/WorkingFiles.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok {
 

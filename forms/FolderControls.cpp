@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok::forms {
 

@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "platform/win32/Handles.h"
+#include "win32/machine/Handles.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 """Holds the include lines to the rules of the house.
 
-Dependencies run one way, app -> ui -> engine -> settings -> fileops -> forms -> platform, and the operating system stays
-in platform/win32. Prints each breach as "file:line: what is wrong" and fails when there is one.
+Dependencies run one way, as the table below has them, and the operating system stays in win32. Prints each breach as
+"file:line: what is wrong" and fails when there is one.
 
 With --headers, compiles every header alone instead (the host compiler, syntax only).
 """
@@ -22,11 +22,27 @@ from repo_files import REPO, repo_files  # noqa: E402
 # Where Debian's package puts its sources, headers included.
 GOOGLETEST = "/usr/src/googletest"
 
-# From the bottom to the top: a folder includes itself and those before it.
-LAYERS = ["platform", "forms", "fileops", "settings", "engine", "ui", "app"]
+# What the files of a folder may include beside those of the folder itself.
+MAY_INCLUDE = {
+    "text": [],
+    "platform": [],
+    "paths": ["text"],
+    "forms": ["text", "platform", "paths"],
+    "fileops": ["text", "platform", "paths", "forms"],
+    "settings": ["text", "platform", "paths", "fileops"],
+    "engine": ["text", "platform", "paths", "fileops", "settings", "forms"],
+    "ui": ["text", "platform", "paths", "fileops", "settings", "engine", "forms", "ui/run"],
+    "ui/run": ["text", "platform", "paths", "fileops", "settings", "engine", "forms"],
+    "app": ["text", "platform", "paths", "fileops", "settings", "engine", "forms", "ui", "ui/run"],
+    "win32": ["text", "platform", "paths", "forms", "win32/machine", "win32/views"],
+    "win32/machine": ["text", "platform", "paths", "forms", "win32/views"],
+    "win32/views": ["text", "platform", "paths", "forms", "win32/machine"],
+    # A Windows program and nothing else; it shares the owners of handles with the real machine.
+    "restart": ["win32/machine"],
+}
 
-# Folders that may see the operating system. The first component decides, except below platform/ and tests/.
-WINDOWS_FOLDERS = ("platform/win32/", "restart/", "tests/windows/", "tests/bench/")
+# Folders that may see the operating system.
+WINDOWS_FOLDERS = ("win32/", "restart/", "tests/windows/", "tests/bench/")
 # The one file above it that names the real machine.
 ENTRY_POINT = "app/EntryPoint.cpp"
 
@@ -49,31 +65,34 @@ def may_see_windows(name: str) -> bool:
     return name.startswith(WINDOWS_FOLDERS) or name == ENTRY_POINT
 
 
+def folder_of(name: str) -> str:
+    """The folder of the house that a file belongs to; "" when it stands in none."""
+    folder = name.rpartition("/")[0]
+    if folder.startswith("tests/"):
+        return "tests"
+    return folder if folder in MAY_INCLUDE else ""
+
+
 def fault_of_own_include(name: str, included: str) -> str | None:
     """What is wrong with `name` including our header `included`; None when nothing is."""
-    top, target = name.split("/")[0], included.split("/")[0]
-    if top == "tests" and "/" not in included and (REPO / name).with_name(included).is_file():
+    folder, target = folder_of(name), folder_of(included)
+    if folder == "tests" and "/" not in included and (REPO / name).with_name(included).is_file():
         return None
     if not (REPO / included).is_file():
         return f'"{included}" is no path from the root of the repository'
-    if included.startswith("platform/win32/"):
-        # The restart program is a Windows program and nothing else; it shares the owners of handles.
-        if may_see_windows(name):
-            return None
-        return "platform/win32 is named by the programs and the tests on the real machine alone"
-    if target == "resources":
+    if included.startswith("resources/"):
         return None if may_see_windows(name) else "resources belong to the programs"
-    if top == "tests":
-        return None if target in LAYERS or target == "tests" else f"tests do not include {target}/"
-    if top == "restart":
-        return None if target == "restart" else "the restart program stands alone"
-    if target not in LAYERS:
-        return f"{top}/ may not include {target}/"
-    if name.startswith("platform/win32/"):
-        return None if target in ("platform", "forms") else f"platform/win32 serves platform and forms, not {target}/"
-    if LAYERS.index(target) > LAYERS.index(top):
-        return f"{top}/ lies below {target}/"
-    return None
+    if target == "":
+        return f"no place in the house for {included}"
+    if target.startswith("win32") and may_see_windows(name):
+        return None if folder in ("tests", "app") or target in (folder, *MAY_INCLUDE[folder]) else not_for(folder, target)
+    if folder == "tests":
+        return "the real machine is named by the tests on it alone" if target.startswith("win32") else None
+    return None if target in (folder, *MAY_INCLUDE[folder]) else not_for(folder, target)
+
+
+def not_for(folder: str, target: str) -> str:
+    return f"{folder}/ may not include {target}/"
 
 
 def fault_of_system_include(name: str, included: str) -> str | None:
@@ -109,14 +128,13 @@ def faults_of(name: str) -> list[str]:
 
 
 def check_includes() -> list[str]:
-    known = {*LAYERS, "restart", "tests"}
     names = [path.as_posix() for path in repo_files(".cpp", ".h")]
     faults = []
     for name in names:
-        if name.split("/")[0] in known:
+        if folder_of(name):
             faults += faults_of(name)
         elif not name.startswith("resources/"):
-            faults.append(f"{name}:1: no place in the house for {name.split('/')[0]}/")
+            faults.append(f"{name}:1: no place in the house for it")
     print(f"{len(names)} files looked at")
     return faults
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok {
 

@@ -2,7 +2,7 @@
 #include "fileops/FolderFunctions.h"
 #include "forms/Measures.h"
 #include "platform/RuntimeError.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 #include "ui/Texts.h"
 #include "ui/frmSSTab.h"
 

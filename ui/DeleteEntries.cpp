@@ -3,15 +3,15 @@
 
 #include "engine/LocationName.h"
 #include "engine/PathLookup.h"
-#include "engine/Restart.h"
 #include "fileops/Errors.h"
 #include "fileops/FileOperations.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 #include "ui/Texts.h"
 #include "ui/frmReplace.h"
 #include "ui/frmSSTab.h"
+#include "ui/run/Restart.h"
 
 /// What "Delete Entry" does on the tab "Review Saved": saved files, or lines of the list of original paths.
 namespace marlok::ui {

@@ -8,7 +8,7 @@
 #include "fileops/FileOperations.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 #include "ui/Texts.h"
 #include "ui/frmSSTab.h"
 

@@ -1,14 +1,14 @@
 #include <algorithm>
 
-#include "engine/Form1.h"
-#include "engine/Form5.h"
-#include "engine/Form6.h"
 #include "fileops/Errors.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
 #include "forms/Measures.h"
 #include "ui/Texts.h"
 #include "ui/frmSSTab.h"
+#include "ui/run/Form1.h"
+#include "ui/run/Form5.h"
+#include "ui/run/Form6.h"
 
 /// The tab "Options": which locations to run, how, and the two-step button that starts the run.
 namespace marlok::ui {

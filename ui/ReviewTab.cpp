@@ -10,7 +10,7 @@
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
 #include "forms/Measures.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 #include "ui/Texts.h"
 #include "ui/frmReplace.h"
 #include "ui/frmSSTab.h"

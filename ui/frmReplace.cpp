@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "engine/ResultLayout.h"
 #include "engine/RunLog.h"
 #include "fileops/Errors.h"
 #include "fileops/FolderFunctions.h"
 #include "forms/Measures.h"
 #include "ui/frmSSTab.h"
+#include "ui/run/ResultLayout.h"
 
 namespace marlok::ui {
 

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "engine/Form5.h"
 #include "fileops/Errors.h"
 #include "forms/Measures.h"
 #include "ui/Donation.h"
 #include "ui/Texts.h"
 #include "ui/frmAbout.h"
 #include "ui/frmReplace.h"
+#include "ui/run/Form5.h"
 
 namespace marlok::ui {
 

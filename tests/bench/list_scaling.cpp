@@ -11,7 +11,7 @@
 
 #include "engine/OriginalPathList.h"
 #include "fileops/txtFunctions.h"
-#include "platform/win32/Win32Machine.h"
+#include "win32/Win32Machine.h"
 
 namespace {
 

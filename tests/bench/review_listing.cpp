@@ -14,10 +14,10 @@
 #include <vector>
 
 #include "Walk.h"
-#include "platform/win32/Wide.h"
-#include "platform/win32/Win32Machine.h"
 #include "tests/machine/InMemoryMachine.h"
 #include "ui/frmSSTab.h"
+#include "win32/Win32Machine.h"
+#include "win32/machine/Wide.h"
 
 namespace {
 

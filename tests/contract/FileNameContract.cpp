@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "platform/Text.h"
 #include "tests/contract/ContractTest.h"
+#include "text/Text.h"
 
 namespace marlok::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace text = marlok::text;
 

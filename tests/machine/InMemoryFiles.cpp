@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "platform/Text.h"
 #include "tests/machine/InMemoryCopy.h"
 #include "tests/machine/InMemoryFile.h"
 #include "tests/machine/InMemorySearch.h"
+#include "text/Text.h"
 
 namespace marlok::test {
 namespace {

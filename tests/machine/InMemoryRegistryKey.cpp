@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "platform/Text.h"
 #include "tests/machine/PathParts.h"
+#include "text/Text.h"
 
 namespace marlok::test {
 namespace {

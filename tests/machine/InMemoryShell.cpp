@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/Text.h"
 #include "tests/machine/InMemoryFiles.h"
+#include "text/Text.h"
 
 namespace marlok::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "platform/SystemError.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok::test {
 namespace {

@@ -1,12 +1,12 @@
-#include "engine/Form1.h"
+#include "ui/run/Form1.h"
 
 #include <algorithm>
 
 #include "app/Form2.h"
-#include "engine/Form5.h"
 #include "platform/RuntimeError.h"
 #include "tests/unit/ProgramFixture.h"
 #include "tests/unit/RecordingViews.h"
+#include "ui/run/Form5.h"
 
 namespace marlok::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "engine/Form5.h"
+#include "ui/run/Form5.h"
 
 #include <algorithm>
 

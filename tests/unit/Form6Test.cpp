@@ -1,4 +1,4 @@
-#include "engine/Form6.h"
+#include "ui/run/Form6.h"
 
 #include "app/Main.h"
 #include "platform/RuntimeError.h"

@@ -2,11 +2,11 @@
 
 #include "app/Form2.h"
 #include "app/frmStartUp.h"
-#include "engine/Form6.h"
 #include "platform/RuntimeError.h"
 #include "tests/machine/ForwardingRegistry.h"
 #include "tests/unit/ProgramFixture.h"
 #include "ui/frmSSTab.h"
+#include "ui/run/Form6.h"
 
 namespace marlok::test {
 namespace {

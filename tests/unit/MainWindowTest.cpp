@@ -1,7 +1,7 @@
-#include "engine/Form5.h"
 #include "platform/RuntimeError.h"
 #include "tests/unit/MainWindowFixture.h"
 #include "ui/frmReplace.h"
+#include "ui/run/Form5.h"
 
 namespace marlok::test {
 namespace {

@@ -1,8 +1,8 @@
-#include "engine/Form1.h"
-#include "engine/Form5.h"
-#include "engine/Form6.h"
 #include "platform/RuntimeError.h"
 #include "tests/unit/MainWindowFixture.h"
+#include "ui/run/Form1.h"
+#include "ui/run/Form5.h"
+#include "ui/run/Form6.h"
 
 namespace marlok::test {
 namespace {

@@ -3,7 +3,7 @@
 #include "app/Main.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/WorkingFiles.h"
-#include "platform/Text.h"
+#include "text/Text.h"
 
 namespace marlok::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "engine/StopProc.h"
+#include "ui/run/StopProc.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

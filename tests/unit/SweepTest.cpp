@@ -7,8 +7,8 @@
 
 #include "engine/RunJournal.h"
 #include "fileops/WorkingFiles.h"
-#include "platform/Text.h"
 #include "tests/unit/ProgramFixture.h"
+#include "text/Text.h"
 
 namespace marlok::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/Text.h"
+#include "text/Text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/win32/CaptionedMessage.h"
+#include "win32/views/CaptionedMessage.h"
 
 #include <gtest/gtest.h>
 
@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/win32/NativeControl.h"
-#include "platform/win32/Wide.h"
-#include "platform/win32/Win32Machine.h"
 #include "tests/windows/DialogUser.h"
+#include "win32/Win32Machine.h"
+#include "win32/machine/Wide.h"
+#include "win32/views/NativeControl.h"
 
 namespace marlok::test {
 namespace {

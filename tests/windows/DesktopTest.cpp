@@ -2,9 +2,9 @@
 
 #include <windows.h>
 
-#include "platform/win32/Win32Machine.h"
 #include "tests/windows/DialogUser.h"
 #include "tests/windows/Waiting.h"
+#include "win32/Win32Machine.h"
 
 namespace marlok::test {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "platform/win32/NativeControl.h"
-#include "platform/win32/Wide.h"
 #include "tests/windows/Waiting.h"
+#include "win32/machine/Wide.h"
+#include "win32/views/NativeControl.h"
 
 namespace marlok::test {
 

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/win32/Wide.h"
-#include "platform/win32/Win32Drives.h"
 #include "tests/contract/ContractTest.h"
+#include "win32/machine/Wide.h"
+#include "win32/machine/Win32Drives.h"
 
 namespace marlok::test {
 namespace {

@@ -1,16 +1,16 @@
-#include "platform/win32/InputBox.h"
+#include "win32/views/InputBox.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "platform/win32/Handles.h"
-#include "platform/win32/NativeControl.h"
-#include "platform/win32/Wide.h"
-#include "platform/win32/Win32Machine.h"
 #include "tests/windows/DialogUser.h"
 #include "tests/windows/Waiting.h"
+#include "win32/Win32Machine.h"
+#include "win32/machine/Handles.h"
+#include "win32/machine/Wide.h"
+#include "win32/views/NativeControl.h"
 
 namespace marlok::test {
 namespace {

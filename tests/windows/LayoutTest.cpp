@@ -10,16 +10,16 @@
 #include <vector>
 
 #include "app/frmStartUp.h"
-#include "engine/Form1.h"
-#include "engine/Form5.h"
-#include "engine/Form6.h"
-#include "platform/win32/NativeControl.h"
-#include "platform/win32/Wide.h"
-#include "platform/win32/Win32Machine.h"
 #include "tests/machine/InMemoryMachine.h"
 #include "ui/frmAbout.h"
 #include "ui/frmReplace.h"
 #include "ui/frmSSTab.h"
+#include "ui/run/Form1.h"
+#include "ui/run/Form5.h"
+#include "ui/run/Form6.h"
+#include "win32/Win32Machine.h"
+#include "win32/machine/Wide.h"
+#include "win32/views/NativeControl.h"
 
 /// Every window at four resolutions and several sizes: nothing overlaps, no text is cut, nothing lies outside. The
 /// program runs on an in-memory machine; the screen is the real one.

@@ -13,10 +13,10 @@
 #include "forms/Form.h"
 #include "forms/TabControl.h"
 #include "forms/Windows.h"
-#include "platform/win32/NativeControl.h"
-#include "platform/win32/Wide.h"
-#include "platform/win32/Win32Machine.h"
 #include "tests/windows/Waiting.h"
+#include "win32/Win32Machine.h"
+#include "win32/machine/Wide.h"
+#include "win32/views/NativeControl.h"
 
 namespace marlok::test {
 namespace {

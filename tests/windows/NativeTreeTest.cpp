@@ -7,8 +7,8 @@
 #include "forms/Form.h"
 #include "forms/TreeView.h"
 #include "forms/Windows.h"
-#include "platform/win32/Wide.h"
-#include "platform/win32/Win32Machine.h"
+#include "win32/Win32Machine.h"
+#include "win32/machine/Wide.h"
 
 namespace marlok::test {
 namespace {

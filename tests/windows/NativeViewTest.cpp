@@ -8,10 +8,10 @@
 #include "forms/Form.h"
 #include "forms/TreeView.h"
 #include "forms/Windows.h"
-#include "platform/win32/NativeControls.h"
-#include "platform/win32/Wide.h"
-#include "platform/win32/Win32Machine.h"
 #include "tests/windows/Waiting.h"
+#include "win32/Win32Machine.h"
+#include "win32/machine/Wide.h"
+#include "win32/views/NativeControls.h"
 
 namespace marlok::test {
 namespace {

@@ -11,8 +11,8 @@
 #include <set>
 
 #include "fileops/FolderFunctions.h"
-#include "platform/win32/Wide.h"
 #include "tests/contract/ContractMachine.h"
+#include "win32/machine/Wide.h"
 
 namespace marlok::test {
 namespace {

@@ -5,9 +5,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/win32/Bitmap.h"
-#include "platform/win32/Picture.h"
 #include "tests/windows/GifBytes.h"
+#include "win32/views/Bitmap.h"
+#include "win32/views/Picture.h"
 
 namespace marlok::test {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
-#include "platform/win32/Handles.h"
-#include "platform/win32/ModulePath.h"
-#include "platform/win32/Wide.h"
-#include "platform/win32/Win32Machine.h"
-#include "platform/win32/Win32Process.h"
+#include "win32/Win32Machine.h"
+#include "win32/machine/Handles.h"
+#include "win32/machine/ModulePath.h"
+#include "win32/machine/Wide.h"
+#include "win32/machine/Win32Process.h"
 
 namespace marlok::win32 {
 namespace {

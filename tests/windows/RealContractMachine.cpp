@@ -3,12 +3,12 @@
 #include <atomic>
 #include <vector>
 
-#include "platform/win32/Wide.h"
-#include "platform/win32/WidePath.h"
-#include "platform/win32/Win32Machine.h"
 #include "tests/contract/ContractMachine.h"
 #include "tests/windows/Waiting.h"
 #include "tests/windows/WineSide.h"
+#include "win32/Win32Machine.h"
+#include "win32/machine/Wide.h"
+#include "win32/machine/WidePath.h"
 
 namespace marlok::test {
 

@@ -4,9 +4,9 @@
 
 #include <vector>
 
-#include "platform/win32/Wide.h"
 #include "tests/contract/ContractTest.h"
 #include "tests/windows/Command.h"
+#include "win32/machine/Wide.h"
 
 /// What the registry interface leaves in the registry, byte for byte, and what it makes of bytes that others left
 /// there.

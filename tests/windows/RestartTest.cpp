@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
-#include "platform/win32/Handles.h"
-#include "platform/win32/ModulePath.h"
-#include "platform/win32/Wide.h"
 #include "tests/contract/ContractTest.h"
 #include "tests/windows/Waiting.h"
+#include "win32/machine/Handles.h"
+#include "win32/machine/ModulePath.h"
+#include "win32/machine/Wide.h"
 
 namespace marlok::test {
 namespace {

@@ -4,10 +4,10 @@
 
 #include <shlobj.h>
 
-#include "platform/win32/Com.h"
-#include "platform/win32/ShellLink.h"
-#include "platform/win32/Wide.h"
 #include "tests/contract/ContractTest.h"
+#include "win32/machine/Com.h"
+#include "win32/machine/ShellLink.h"
+#include "win32/machine/Wide.h"
 
 namespace marlok::test {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <windows.h>
 
-#include "platform/Text.h"
-#include "platform/win32/ModulePath.h"
-#include "platform/win32/Win32Machine.h"
 #include "tests/windows/Waiting.h"
+#include "text/Text.h"
+#include "win32/Win32Machine.h"
+#include "win32/machine/ModulePath.h"
 
 namespace marlok::test {
 

@@ -1,4 +1,4 @@
-#include "platform/win32/WidePath.h"
+#include "win32/machine/WidePath.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/win32/Handles.h"
+#include "win32/machine/Handles.h"
 
 namespace marlok::test {
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include "platform/win32/Com.h"
 #include "tests/windows/StandIn.h"
+#include "win32/machine/Com.h"
 
 int main(int argc, char** argv) {
     if (marlok::test::IsStandIn()) {

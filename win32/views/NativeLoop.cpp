@@ -1,0 +1,87 @@
+#include "win32/views/NativeLoop.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "win32/views/NativeForm.h"
+
+namespace marlok::win32 {
+
+void NativeLoop::Post(const NativeForm& owner, Action action) {
+    posted_.push_back({&owner, std::move(action)});
+}
+
+bool NativeLoop::RunPosted() {
+    bool any = false;
+    while (!posted_.empty()) {
+        const Posted next = std::move(posted_.front());  // out of the queue first: the action may wait for input itself
+        posted_.pop_front();
+        any = true;
+        next.action();
+    }
+    return any;
+}
+
+void NativeLoop::Keep(std::exception_ptr thrown) {
+    if (!kept_) {
+        kept_ = std::move(thrown);
+    }
+}
+
+void NativeLoop::RethrowKept() {
+    if (kept_) {
+        std::rethrow_exception(std::exchange(kept_, nullptr));
+    }
+}
+
+void NativeLoop::Add(NativeForm& form) {
+    forms_.push_back(&form);
+}
+
+void NativeLoop::Remove(const NativeForm& form) {
+    std::erase(forms_, &form);
+    std::erase_if(posted_, [&form](const Posted& posted) { return posted.owner == &form; });
+}
+
+void NativeLoop::Flush() {
+    for (NativeForm* form : forms_) {
+        form->Flush();
+    }
+}
+
+void NativeLoop::Animate() {
+    for (NativeForm* form : forms_) {
+        form->Animate();
+    }
+}
+
+std::uint32_t NativeLoop::NextFrameIn(std::uint32_t limit) const {
+    std::uint32_t next = limit;
+    for (const NativeForm* form : forms_) {
+        next = std::min(next, form->NextFrameIn());
+    }
+    return next;
+}
+
+NativeForm* NativeLoop::FormOf(HWND window) const {
+    HWND root = GetAncestor(window, GA_ROOT);
+    const auto found =
+        std::find_if(forms_.begin(), forms_.end(), [root](const NativeForm* form) { return form->Window() == root; });
+    return root == nullptr || found == forms_.end() ? nullptr : *found;
+}
+
+bool NativeLoop::TakesKey(MSG& message) const {
+    NativeForm* form = FormOf(message.hwnd);
+    return form != nullptr && (form->TakesKey(message) || IsDialogMessageW(form->Window(), &message) != 0);
+}
+
+HWND NativeLoop::ActiveWindow() const {
+    if (HWND active = GetActiveWindow()) {
+        return active;
+    }
+    const auto visible = std::find_if(forms_.rbegin(), forms_.rend(),
+                                      [](const NativeForm* form) { return IsWindowVisible(form->Window()) != 0; });
+    return visible == forms_.rend() ? nullptr : (*visible)->Window();
+}
+
+}  // namespace marlok::win32
