@@ -67,19 +67,19 @@ SystemError InMemoryCopy::OpenTarget(const std::string& to, std::uint32_t flags)
     if (const SystemError code = faults_.Enter("Copy.Create", to, true); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(to, InMemoryDisk::Follow::yes);
-    if (location.node == nullptr && (location.error != error::fileNotFound || location.trailingSeparator)) {
-        return location.trailingSeparator ? error::invalidName : location.error;
+    const Place place = disk_.Locate(to, InMemoryDisk::Follow::yes);
+    if (place.node == nullptr && (place.error != error::fileNotFound || place.trailingSeparator)) {
+        return place.trailingSeparator ? error::invalidName : place.error;
     }
     const std::uint32_t attributes = (source_->attributes & copied) | attribute::archive;
-    if (location.node == nullptr) {
-        const SystemError code = CheckCreation(*location.parent);
-        target_ = code == error::success ? disk_.Add(location, attributes) : nullptr;
+    if (place.node == nullptr) {
+        const SystemError code = CheckCreation(*place.parent);
+        target_ = code == error::success ? disk_.Add(place, attributes) : nullptr;
         return code;
     }
-    const SystemError code = CheckTarget(*location.node, flags);
+    const SystemError code = CheckTarget(*place.node, flags);
     if (code == error::success) {
-        target_ = location.node;
+        target_ = place.node;
         disk_.Empty(*target_);
         target_->attributes = attributes;
     }

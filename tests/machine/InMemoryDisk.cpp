@@ -14,10 +14,10 @@ FileTime Rounded(FileTime time, const Volume& volume) {
     return time - time % granularity;
 }
 
-Location Missing(SystemError code) {
-    Location location;
-    location.error = code;
-    return location;
+Place Missing(SystemError code) {
+    Place place;
+    place.error = code;
+    return place;
 }
 
 }  // namespace
@@ -124,23 +124,23 @@ PathParts InMemoryDisk::Unsubstituted(PathParts parts) const {
     return target;
 }
 
-Location InMemoryDisk::Locate(const std::string& path, Follow follow) const {
+Place InMemoryDisk::Locate(const std::string& path, Follow follow) const {
     return Locate(Parse(path), follow);
 }
 
-Location InMemoryDisk::Locate(const PathParts& parts, Follow follow) const {
+Place InMemoryDisk::Locate(const PathParts& parts, Follow follow) const {
     if (parts.error != error::success) {
         return Missing(parts.error);
     }
-    Location location = Walk(parts, follow, mostLinks);
-    location.trailingSeparator = parts.trailingSeparator && !parts.names.empty();
-    if (location.trailingSeparator && location.node != nullptr && !location.node->IsFolder()) {
+    Place place = Walk(parts, follow, mostLinks);
+    place.trailingSeparator = parts.trailingSeparator && !parts.names.empty();
+    if (place.trailingSeparator && place.node != nullptr && !place.node->IsFolder()) {
         return Missing(error::invalidName);
     }
-    return location;
+    return place;
 }
 
-Location InMemoryDisk::Walk(const PathParts& parts, Follow follow, int linksLeft) const {
+Place InMemoryDisk::Walk(const PathParts& parts, Follow follow, int linksLeft) const {
     const Volume* volume = FindVolume(parts.root);
     if (volume == nullptr) {
         return Missing(parts.root[0] == '\\' ? error::badNetworkPath : error::pathNotFound);
@@ -148,7 +148,7 @@ Location InMemoryDisk::Walk(const PathParts& parts, Follow follow, int linksLeft
     if (volume->failure != error::success) {
         return Missing(volume->failure);
     }
-    Location at;
+    Place at;
     at.node = volume->folder;
     for (const std::string& name : parts.names) {
         if (at.node == nullptr) {
@@ -175,7 +175,7 @@ Location InMemoryDisk::Walk(const PathParts& parts, Follow follow, int linksLeft
     return at;
 }
 
-Location InMemoryDisk::FollowLink(const Node& link, int linksLeft) const {
+Place InMemoryDisk::FollowLink(const Node& link, int linksLeft) const {
     if (linksLeft == 0) {
         return Missing(cannotResolve);
     }
@@ -187,15 +187,15 @@ void InMemoryDisk::Touch(Node* folder) const {
     SetWriteTime(*folder, clock_.NowAsFileTime());
 }
 
-NodePtr InMemoryDisk::Add(const Location& location, std::uint32_t attributes) {
+NodePtr InMemoryDisk::Add(const Place& place, std::uint32_t attributes) {
     auto node = std::make_shared<Node>();
-    node->name = location.name;
+    node->name = place.name;
     node->attributes = attributes;
     node->index = node->sequence = ++lastIndex_;
-    node->parent = location.parent.get();
-    node->volume = location.parent->volume;
+    node->parent = place.parent.get();
+    node->volume = place.parent->volume;
     node->creationTime = node->lastWriteTime = Rounded(clock_.NowAsFileTime(), *node->volume);
-    location.parent->children[NameKey(node->name)] = node;
+    place.parent->children[NameKey(node->name)] = node;
     Touch(node->parent);
     return node;
 }

@@ -76,7 +76,7 @@ struct Volume {
 };
 
 /// Where a path leads.
-struct Location {
+struct Place {
     SystemError error = error::success;  ///< why `node` is null
     NodePtr node;                        ///< what is there
     NodePtr parent;    ///< the folder that holds it, or would if it existed; null for a root or a missing folder
@@ -108,18 +108,18 @@ class InMemoryDisk {
     enum class Follow { no, yes };
 
     /// Finds `path`. Links on the way are followed; one at its end when `follow` is yes.
-    [[nodiscard]] Location Locate(const std::string& path, Follow follow) const;
+    [[nodiscard]] Place Locate(const std::string& path, Follow follow) const;
 
     /// As above, for a path taken apart already.
-    [[nodiscard]] Location Locate(const PathParts& parts, Follow follow) const;
+    [[nodiscard]] Place Locate(const PathParts& parts, Follow follow) const;
 
     /// Names with trailing dots and blanks are kept where a full path says them plainly: without "/", "." and ".." and
     /// with single separators. Every other path is changed as Windows changes paths in their usual form.
     [[nodiscard]] PathParts Parse(const std::string& path, bool wildcards = false) const;
     [[nodiscard]] PathParts ParseUsual(const std::string& path, bool wildcards = false) const;
 
-    /// Adds a file or folder, created now, at a location whose parent exists and which itself does not.
-    NodePtr Add(const Location& location, std::uint32_t attributes);
+    /// Adds a file or folder, created now, at a place whose parent exists and which itself does not.
+    NodePtr Add(const Place& place, std::uint32_t attributes);
 
     /// Takes the node out of its folder. It lives on while somebody holds it.
     void Remove(const NodePtr& node);
@@ -143,8 +143,8 @@ class InMemoryDisk {
 
  private:
     [[nodiscard]] PathParts Unsubstituted(PathParts parts) const;
-    [[nodiscard]] Location Walk(const PathParts& parts, Follow follow, int linksLeft) const;
-    [[nodiscard]] Location FollowLink(const Node& link, int linksLeft) const;
+    [[nodiscard]] Place Walk(const PathParts& parts, Follow follow, int linksLeft) const;
+    [[nodiscard]] Place FollowLink(const Node& link, int linksLeft) const;
     void Touch(Node* folder) const;
 
     InMemoryClock& clock_;

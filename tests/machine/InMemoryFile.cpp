@@ -29,16 +29,16 @@ SystemError CheckExisting(const Node& node, OpenMode mode) {
     return node.writers > 0 ? error::sharingViolation : error::success;
 }
 
-SystemError CreateFile(InMemoryDisk& disk, const Location& location, OpenMode mode, NodePtr& node) {
-    if (mode == OpenMode::read || location.error != error::fileNotFound) {
-        return location.error;
+SystemError CreateFile(InMemoryDisk& disk, const Place& place, OpenMode mode, NodePtr& node) {
+    if (mode == OpenMode::read || place.error != error::fileNotFound) {
+        return place.error;
     }
-    if (location.trailingSeparator) {
+    if (place.trailingSeparator) {
         return error::invalidName;
     }
-    const SystemError code = CheckCreation(*location.parent);
+    const SystemError code = CheckCreation(*place.parent);
     if (code == error::success) {
-        node = disk.Add(location, attribute::archive);
+        node = disk.Add(place, attribute::archive);
     }
     return code;
 }
@@ -46,15 +46,15 @@ SystemError CreateFile(InMemoryDisk& disk, const Location& location, OpenMode mo
 }  // namespace
 
 SystemError OpenNode(InMemoryDisk& disk, const std::string& path, OpenMode mode, NodePtr& node) {
-    const Location location = disk.Locate(path, InMemoryDisk::Follow::yes);
-    if (location.node == nullptr) {
-        return CreateFile(disk, location, mode, node);
+    const Place place = disk.Locate(path, InMemoryDisk::Follow::yes);
+    if (place.node == nullptr) {
+        return CreateFile(disk, place, mode, node);
     }
-    const SystemError code = CheckExisting(*location.node, mode);
+    const SystemError code = CheckExisting(*place.node, mode);
     if (code != error::success) {
         return code;
     }
-    node = location.node;
+    node = place.node;
     if (mode == OpenMode::replace) {
         disk.Empty(*node);
         node->attributes |= attribute::archive;

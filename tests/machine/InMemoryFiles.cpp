@@ -61,7 +61,7 @@ SystemError InMemoryFiles::Search(const std::string& pattern, std::unique_ptr<Fo
         name = std::move(parts.names.back());
         parts.names.pop_back();
     }
-    const Location folder = disk_.Locate(parts, Follow::yes);
+    const Place folder = disk_.Locate(parts, Follow::yes);
     if (folder.node == nullptr) {
         return folder.error == error::fileNotFound ? error::pathNotFound : folder.error;
     }
@@ -87,11 +87,11 @@ SystemError InMemoryFiles::GetEntry(const std::string& path, DirectoryEntry& ent
     if (const SystemError code = faults_.Enter("GetEntry", path, false); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(path, Follow::no);
-    if (location.node == nullptr) {
-        return location.error;
+    const Place place = disk_.Locate(path, Follow::no);
+    if (place.node == nullptr) {
+        return place.error;
     }
-    entry = location.node->Entry();
+    entry = place.node->Entry();
     entry.name.clear();
     entry.alternateName.clear();
     entry.reparseTag = tellsReparseTags_ ? entry.reparseTag : 0;
@@ -102,16 +102,16 @@ SystemError InMemoryFiles::CreateFolder(const std::string& path) {
     if (const SystemError code = faults_.Enter("CreateFolder", path, true); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(path, Follow::no);
-    if (location.node != nullptr || location.error == error::invalidName) {
-        return location.node != nullptr ? error::alreadyExists : error::invalidName;
+    const Place place = disk_.Locate(path, Follow::no);
+    if (place.node != nullptr || place.error == error::invalidName) {
+        return place.node != nullptr ? error::alreadyExists : error::invalidName;
     }
-    if (location.parent == nullptr) {
-        return location.error;
+    if (place.parent == nullptr) {
+        return place.error;
     }
-    const SystemError code = CheckCreation(*location.parent);
+    const SystemError code = CheckCreation(*place.parent);
     if (code == error::success) {
-        disk_.Add(location, attribute::directory);
+        disk_.Add(place, attribute::directory);
     }
     return code;
 }
@@ -120,11 +120,11 @@ SystemError InMemoryFiles::RemoveFolder(const std::string& path) {
     if (const SystemError code = faults_.Enter("RemoveFolder", path, true); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(path, Follow::no);
-    if (location.node == nullptr) {
-        return location.error;
+    const Place place = disk_.Locate(path, Follow::no);
+    if (place.node == nullptr) {
+        return place.error;
     }
-    const Node& node = *location.node;
+    const Node& node = *place.node;
     if (node.IsLink()) {
         return error::notSupported;
     }
@@ -140,7 +140,7 @@ SystemError InMemoryFiles::RemoveFolder(const std::string& path) {
     if (!node.children.empty()) {
         return error::directoryNotEmpty;
     }
-    disk_.Remove(location.node);
+    disk_.Remove(place.node);
     return error::success;
 }
 
@@ -148,17 +148,16 @@ SystemError InMemoryFiles::RemoveLink(const std::string& path) {
     if (const SystemError code = faults_.Enter("RemoveLink", path, true); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(path, Follow::no);
-    if (location.node == nullptr) {
-        return location.error;
+    const Place place = disk_.Locate(path, Follow::no);
+    if (place.node == nullptr) {
+        return place.error;
     }
-    if (!canRemoveLinks_ || !location.node->IsLink()) {
+    if (!canRemoveLinks_ || !place.node->IsLink()) {
         return error::notSupported;
     }
-    const SystemError code =
-        location.node->Has(attribute::readOnly) ? error::accessDenied : CheckRemoval(*location.node);
+    const SystemError code = place.node->Has(attribute::readOnly) ? error::accessDenied : CheckRemoval(*place.node);
     if (code == error::success) {
-        disk_.Remove(location.node);
+        disk_.Remove(place.node);
     }
     return code;
 }
@@ -167,21 +166,21 @@ SystemError InMemoryFiles::Delete(const std::string& path) {
     if (const SystemError code = faults_.Enter("Delete", path, true); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(path, Follow::no);
-    if (location.node == nullptr) {
-        return location.error;
+    const Place place = disk_.Locate(path, Follow::no);
+    if (place.node == nullptr) {
+        return place.error;
     }
-    if (location.node->IsFolder() || location.node->Has(attribute::readOnly)) {
+    if (place.node->IsFolder() || place.node->Has(attribute::readOnly)) {
         return error::accessDenied;
     }
-    const SystemError code = CheckRemoval(*location.node);
+    const SystemError code = CheckRemoval(*place.node);
     if (code == error::success) {
-        disk_.Remove(location.node);
+        disk_.Remove(place.node);
     }
     return code;
 }
 
-SystemError InMemoryFiles::CheckReplace(const Node& from, const Location& to) const {
+SystemError InMemoryFiles::CheckReplace(const Node& from, const Place& to) const {
     if (to.node == nullptr || to.node.get() == &from) {
         return error::success;
     }
@@ -193,8 +192,8 @@ SystemError InMemoryFiles::Move(const std::string& from, const std::string& to, 
     if (const SystemError code = faults_.Enter("Move", from, true); code != error::success) {
         return code;
     }
-    const Location source = disk_.Locate(from, Follow::no);
-    const Location target = disk_.Locate(to, Follow::no);
+    const Place source = disk_.Locate(from, Follow::no);
+    const Place target = disk_.Locate(to, Follow::no);
     if (source.node == nullptr) {
         return source.error;
     }
@@ -235,17 +234,17 @@ SystemError InMemoryFiles::SetAttributes(const std::string& path, std::uint32_t 
     if (const SystemError code = faults_.Enter("SetAttributes", path, true); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(path, Follow::no);
-    if (location.node == nullptr) {
-        return location.error;
+    const Place place = disk_.Locate(path, Follow::no);
+    if (place.node == nullptr) {
+        return place.error;
     }
-    if (location.node->volume->options.readOnly) {
+    if (place.node->volume->options.readOnly) {
         return error::writeProtected;
     }
-    if (location.node->denied) {
+    if (place.node->denied) {
         return error::accessDenied;
     }
-    location.node->attributes = (location.node->attributes & ~settable) | (attributes & settable);
+    place.node->attributes = (place.node->attributes & ~settable) | (attributes & settable);
     return error::success;
 }
 
@@ -266,22 +265,22 @@ SystemError InMemoryFiles::FinalPath(const std::string& path, std::string& final
     if (const SystemError code = faults_.Enter("FinalPath", path, false); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(path, Follow::yes);
-    if (location.node != nullptr) {
-        finalPath = location.node->Path();
+    const Place place = disk_.Locate(path, Follow::yes);
+    if (place.node != nullptr) {
+        finalPath = place.node->Path();
     }
-    return location.error;
+    return place.error;
 }
 
 SystemError InMemoryFiles::Identify(const std::string& path, FileIdentity& identity) {
     if (const SystemError code = faults_.Enter("Identify", path, false); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(path, Follow::yes);
-    if (location.node != nullptr) {
-        identity = {location.node->volume->serial, location.node->index};
+    const Place place = disk_.Locate(path, Follow::yes);
+    if (place.node != nullptr) {
+        identity = {place.node->volume->serial, place.node->index};
     }
-    return location.error;
+    return place.error;
 }
 
 }  // namespace marlok::test

@@ -44,7 +44,7 @@ class InMemoryFiles : public FileSystem {
  private:
     [[nodiscard]] SystemError Search(const std::string& pattern, std::unique_ptr<FolderSearch>& search,
                                      DirectoryEntry& first);
-    [[nodiscard]] SystemError CheckReplace(const Node& from, const Location& to) const;
+    [[nodiscard]] SystemError CheckReplace(const Node& from, const Place& to) const;
 
     InMemoryDisk& disk_;
     FaultPlan& faults_;

@@ -50,10 +50,10 @@ NodePtr InMemoryMachine::MakeFolder(const PathParts& parts) {
     for (const std::string& name : parts.names) {
         NodePtr child = folder->Find(name);
         if (child == nullptr) {
-            Location location;
-            location.parent = folder;
-            location.name = name;
-            child = disk.Add(location, attribute::directory);
+            Place place;
+            place.parent = folder;
+            place.name = name;
+            child = disk.Add(place, attribute::directory);
         }
         folder = child->IsLink() ? disk.Locate(child->Path(), Follow::yes).node : child;
         if (folder == nullptr || !folder->IsFolder()) {
@@ -68,19 +68,19 @@ NodePtr InMemoryMachine::MakeFile(const std::string& path) {
     if (parts.error != error::success || parts.names.empty() || parts.trailingSeparator) {
         Refuse(path, "no path of a file");
     }
-    Location location = disk.Locate(parts, Follow::yes);
-    if (location.node == nullptr) {
+    Place place = disk.Locate(parts, Follow::yes);
+    if (place.node == nullptr) {
         const std::string name = parts.names.back();
         parts.names.pop_back();
-        location.parent = MakeFolder(parts);
-        location.name = name;
-        location.node = disk.Add(location, attribute::archive);
+        place.parent = MakeFolder(parts);
+        place.name = name;
+        place.node = disk.Add(place, attribute::archive);
     }
-    if (location.node->IsFolder()) {
+    if (place.node->IsFolder()) {
         Refuse(path, "is a folder");
     }
-    disk.Empty(*location.node);
-    return location.node;
+    disk.Empty(*place.node);
+    return place.node;
 }
 
 void InMemoryMachine::Seed(std::initializer_list<Seeded> entries) {
@@ -109,11 +109,11 @@ void InMemoryMachine::Write(const std::string& path, const std::string& content)
 }
 
 NodePtr InMemoryMachine::Existing(const std::string& path, Follow follow) const {
-    const Location location = disk.Locate(path, follow);
-    if (location.node == nullptr) {
+    const Place place = disk.Locate(path, follow);
+    if (place.node == nullptr) {
         Refuse(path, "is not there");
     }
-    return location.node;
+    return place.node;
 }
 
 std::string InMemoryMachine::Read(const std::string& path) const {

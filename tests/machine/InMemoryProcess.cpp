@@ -10,11 +10,11 @@ SystemError InMemoryProcess::StartHidden(const std::string& programPath) {
     if (const SystemError code = faults_.Enter("StartHidden", programPath, false); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(programPath, InMemoryDisk::Follow::yes);
-    if (location.node == nullptr) {
-        return location.error;
+    const Place place = disk_.Locate(programPath, InMemoryDisk::Follow::yes);
+    if (place.node == nullptr) {
+        return place.error;
     }
-    if (location.node->IsFolder() || location.node->denied) {
+    if (place.node->IsFolder() || place.node->denied) {
         return error::accessDenied;
     }
     started_.push_back(programPath);

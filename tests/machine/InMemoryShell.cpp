@@ -69,13 +69,13 @@ SystemError InMemoryShell::Expand(const std::string& from, std::vector<NodePtr>&
     }
     if (parts.names.empty() || parts.names.back().find_first_of("*?") == std::string::npos) {
         parts.trailingSeparator = false;
-        const Location location = disk_.Locate(parts, Follow::no);
-        nodes.push_back(location.node);
-        return location.error;
+        const Place place = disk_.Locate(parts, Follow::no);
+        nodes.push_back(place.node);
+        return place.error;
     }
     const std::string pattern = parts.names.back();
     parts.names.pop_back();
-    const Location folder = disk_.Locate(parts, Follow::yes);
+    const Place folder = disk_.Locate(parts, Follow::yes);
     if (folder.node == nullptr) {
         return folder.error;
     }
@@ -151,27 +151,27 @@ int InMemoryShell::MakeFolders(const std::string& path) {
     built.trailingSeparator = false;
     for (const std::string& name : parts.names) {
         built.names.push_back(name);
-        const Location location = disk_.Locate(built, Follow::yes);
-        if (location.node != nullptr) {
+        const Place place = disk_.Locate(built, Follow::yes);
+        if (place.node != nullptr) {
             continue;
         }
-        if (location.error != error::fileNotFound) {
-            return ShellCode(location.error);
+        if (place.error != error::fileNotFound) {
+            return ShellCode(place.error);
         }
         if (const SystemError code = faults_.Enter("Shell.Copy", built.Text(), true); code != error::success) {
             return ShellCode(code);
         }
-        if (const SystemError code = CheckCreation(*location.parent); code != error::success) {
+        if (const SystemError code = CheckCreation(*place.parent); code != error::success) {
             return ShellCode(code);
         }
-        disk_.Add(location, attribute::directory);
+        disk_.Add(place, attribute::directory);
     }
     return 0;
 }
 
 int InMemoryShell::CopyInto(const NodePtr& node, const std::string& target, bool several) {
     std::string destination = disk_.ParseUsual(target).Text();
-    const Location existing = disk_.Locate(destination, Follow::yes);
+    const Place existing = disk_.Locate(destination, Follow::yes);
     if (several || (existing.node != nullptr && existing.node->IsFolder())) {
         destination += (destination.back() == '\\' ? "" : "\\") + node->name;
     } else if (existing.error != error::success && existing.error != error::fileNotFound &&
@@ -212,15 +212,15 @@ int InMemoryShell::CopyOne(const Node& node, const std::string& target) {
     if (node.locked || node.denied) {
         return ShellCode(node.locked ? error::sharingViolation : error::accessDenied);
     }
-    const Location location = disk_.Locate(target, Follow::yes);
-    if (location.node == nullptr && location.error != error::fileNotFound) {
-        return ShellCode(location.error);
+    const Place place = disk_.Locate(target, Follow::yes);
+    if (place.node == nullptr && place.error != error::fileNotFound) {
+        return ShellCode(place.error);
     }
-    const SystemError check = location.node == nullptr ? CheckCreation(*location.parent) : CheckRemoval(*location.node);
-    if (check != error::success || (location.node != nullptr && location.node->IsFolder())) {
+    const SystemError check = place.node == nullptr ? CheckCreation(*place.parent) : CheckRemoval(*place.node);
+    if (check != error::success || (place.node != nullptr && place.node->IsFolder())) {
         return ShellCode(check != error::success ? check : error::accessDenied);
     }
-    const NodePtr copy = location.node != nullptr ? location.node : disk_.Add(location, node.attributes);
+    const NodePtr copy = place.node != nullptr ? place.node : disk_.Add(place, node.attributes);
     disk_.Empty(*copy);
     if (const SystemError code = disk_.Write(*copy, 0, node.content); code != error::success) {
         disk_.Remove(copy);
@@ -236,23 +236,23 @@ SystemError InMemoryShell::Open(const OpenRequest& request) {
         return code;
     }
     opened_.push_back(request);
-    const Location location = disk_.Locate(request.path, Follow::yes);
-    return location.node != nullptr ? error::success : location.error;
+    const Place place = disk_.Locate(request.path, Follow::yes);
+    return place.node != nullptr ? error::success : place.error;
 }
 
 SystemError InMemoryShell::SaveShortcut(const Shortcut& shortcut) {
     if (const SystemError code = faults_.Enter("Shell.Shortcut", shortcut.path, true); code != error::success) {
         return code;
     }
-    const Location location = disk_.Locate(shortcut.path, Follow::yes);
-    if (location.node == nullptr && location.error != error::fileNotFound) {
-        return location.error;
+    const Place place = disk_.Locate(shortcut.path, Follow::yes);
+    if (place.node == nullptr && place.error != error::fileNotFound) {
+        return place.error;
     }
-    const SystemError code = location.node == nullptr ? CheckCreation(*location.parent) : CheckRemoval(*location.node);
+    const SystemError code = place.node == nullptr ? CheckCreation(*place.parent) : CheckRemoval(*place.node);
     if (code != error::success) {
         return code;
     }
-    const NodePtr file = location.node != nullptr ? location.node : disk_.Add(location, attribute::archive);
+    const NodePtr file = place.node != nullptr ? place.node : disk_.Add(place, attribute::archive);
     disk_.Empty(*file);
     shortcuts_.push_back(shortcut);
     return disk_.Write(*file, 0, "shortcut to " + shortcut.targetPath);
