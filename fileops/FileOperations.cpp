@@ -159,6 +159,7 @@ SystemError CopyWithProgress(FileSystem& files, const std::string& source, const
         if (meanwhile) {
             meanwhile();
         }
+        return CopyAnswer::goOn;
     });
 }
 

@@ -6,6 +6,9 @@
 #include "win32/machine/FileEntry.h"
 #include "win32/machine/FinalPath.h"
 #include "win32/machine/Handles.h"
+#include "win32/machine/Removing.h"
+#include "win32/machine/Renaming.h"
+#include "win32/machine/Volumes.h"
 #include "win32/machine/Wide.h"
 #include "win32/machine/WidePath.h"
 #include "win32/machine/Win32File.h"
@@ -87,22 +90,7 @@ SystemError Win32FileSystem::RemoveLink(const std::string& path) {
     if (const SystemError code = ToWidePath(path, wide)) {
         return code;
     }
-    const FileHandle handle = OpenItself(wide, DELETE | FILE_READ_ATTRIBUTES);
-    if (!handle.IsValid()) {
-        return LastError();
-    }
-    // The handle itself must say that it is the link. There are systems that open the target all the same; removing
-    // through such a handle would destroy what the link leads to.
-    FILE_ATTRIBUTE_TAG_INFO info{};
-    if (GetFileInformationByHandleEx(handle.Get(), FileAttributeTagInfo, &info, sizeof info) == 0) {
-        return error::notSupported;
-    }
-    if ((info.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 || (info.ReparseTag & reparse::nameSurrogate) == 0) {
-        return error::notSupported;
-    }
-    FILE_DISPOSITION_INFO disposition{};
-    disposition.DeleteFile = TRUE;
-    return ResultOf(SetFileInformationByHandle(handle.Get(), FileDispositionInfo, &disposition, sizeof disposition));
+    return RemoveOneLink(wide);
 }
 
 SystemError Win32FileSystem::Delete(const std::string& path) {
@@ -110,15 +98,10 @@ SystemError Win32FileSystem::Delete(const std::string& path) {
     if (const SystemError code = ToWidePath(path, wide)) {
         return code;
     }
-    const DWORD attributes = GetFileAttributesW(wide.c_str());
-    // Folders, and links to folders above all, never reach the deletion.
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-        return error::accessDenied;
-    }
-    return ResultOf(DeleteFileW(wide.c_str()));
+    return DeleteOneFile(wide);
 }
 
-SystemError Win32FileSystem::Move(const std::string& from, const std::string& to, bool replace) {
+SystemError Win32FileSystem::Move(const std::string& from, const std::string& to, std::uint32_t flags) {
     std::wstring wideFrom;
     if (const SystemError code = ToWidePath(from, wideFrom)) {
         return code;
@@ -127,7 +110,22 @@ SystemError Win32FileSystem::Move(const std::string& from, const std::string& to
     if (const SystemError code = ToWidePath(to, wideTo)) {
         return code;
     }
-    return ResultOf(MoveFileExW(wideFrom.c_str(), wideTo.c_str(), replace ? MOVEFILE_REPLACE_EXISTING : 0));
+    return MoveOne(wideFrom, wideTo, flags);
+}
+
+SystemError Win32FileSystem::Replace(const std::string& replaced, const std::string& replacement,
+                                     const std::string& backup) {
+    Replacement wide;
+    if (const SystemError code = ToWidePath(replaced, wide.replaced)) {
+        return code;
+    }
+    if (const SystemError code = ToWidePath(replacement, wide.replacement)) {
+        return code;
+    }
+    if (const SystemError code = ToWidePath(backup, wide.backup)) {
+        return code;
+    }
+    return ReplaceOne(wide);
 }
 
 SystemError Win32FileSystem::Copy(const std::string& from, const std::string& to, std::uint32_t flags,
@@ -179,6 +177,14 @@ SystemError Win32FileSystem::Identify(const std::string& path, FileIdentity& ide
         return code;
     }
     return FindIdentity(wide, identity);
+}
+
+SystemError Win32FileSystem::GetVolume(const std::string& path, Volume& volume) {
+    std::wstring wide;
+    if (const SystemError code = ToWidePath(path, wide)) {
+        return code;
+    }
+    return FindVolume(wide, volume);
 }
 
 }  // namespace marlok::win32
