@@ -13,11 +13,12 @@ void RequestRestart(Program& program, forms::Form& caller) {
     SystemError code = program.machine.files.Copy(program.BesideProgram(programfile::restartSource), restarter,
                                                   copyflag::none, nullptr);
     if (code == error::success) {
-        code = program.machine.process.StartHidden(restarter);
+        code = program.machine.process.StartHidden(restarter, program.machine.process.Identification());
     }
     if (code != error::success) {
         Raise(code);
     }
+    program.machine.process.AllowForeground();
     caller.Unload();
 }
 
