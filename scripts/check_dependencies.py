@@ -2,8 +2,8 @@
 """Holds the include lines to the rules of the house.
 
 Dependencies run one way, as the table below has them, and the operating system stays in win32. No circle of includes
-goes beyond a class and its collaborator, and nothing that a merge or an editor has left lies about. Prints each breach
-as "file:line: what is wrong" and fails when there is one.
+goes beyond a class and its collaborator, the drawing of the house in docs/architecture.md is true, and nothing that a
+merge or an editor has left lies about. Prints each breach as "file:line: what is wrong" and fails when there is one.
 
 With --headers, compiles every header alone instead (the host compiler, syntax only).
 """
@@ -43,6 +43,9 @@ MAY_INCLUDE = {
     # A Windows program and nothing else; it shares the owners of handles with the real machine.
     "restart": ["win32/machine"],
 }
+
+# The page that draws this table for its readers: a block "```house" with a line "folder -> names" for each folder.
+DRAWING = "docs/architecture.md"
 
 # Folders that may see the operating system.
 WINDOWS_FOLDERS = ("win32/", "restart/", "tests/windows/", "tests/bench/")
@@ -212,6 +215,31 @@ def check_circles() -> list[str]:
     return faults
 
 
+def drawn_house(lines: list[str]) -> dict[str, tuple[int, list[str]]]:
+    """The folders of the drawing with the number of their line and what is behind their arrow. A folder that is drawn
+    twice counts as the last one says."""
+    drawn, inside = {}, False
+    for number, line in enumerate(lines, 1):
+        if line.startswith("```"):
+            inside = line == "```house"
+        elif inside:
+            folder, _, names = line.partition("->")
+            drawn[folder.strip()] = (number, names.split())
+    return drawn
+
+
+def check_drawing() -> list[str]:
+    """The drawing of the house for its readers says what MAY_INCLUDE says."""
+    drawn = drawn_house((REPO / DRAWING).read_text(encoding="utf-8").splitlines())
+    faults = [f"{DRAWING}:1: {folder} is not drawn" for folder in MAY_INCLUDE if folder not in drawn]
+    for folder, (number, names) in drawn.items():
+        if folder not in MAY_INCLUDE:
+            faults.append(f"{DRAWING}:{number}: {folder} is no folder of the house")
+        elif sorted(names) != sorted(MAY_INCLUDE[folder]):
+            faults.append(f"{DRAWING}:{number}: {folder} may include {' '.join(MAY_INCLUDE[folder]) or 'nothing'}")
+    return faults
+
+
 def check_leftovers() -> list[str]:
     left = [path.as_posix() for path in repo_files() if path.name.endswith(LEFTOVERS)]
     return [f"{name}:1: left behind by a merge or an editor" for name in left]
@@ -250,7 +278,8 @@ def main() -> int:
     if sys.argv[1:] not in ([], ["--headers"]):
         print("usage: scripts/check_dependencies.py [--headers]", file=sys.stderr)
         return 2
-    faults = check_headers() if sys.argv[1:] else [*check_includes(), *check_circles(), *check_leftovers()]
+    checks = [check_headers] if sys.argv[1:] else [check_includes, check_circles, check_drawing, check_leftovers]
+    faults = [fault for check in checks for fault in check()]
     print("\n".join(faults), end="\n" if faults else "")
     return 1 if faults else 0
 

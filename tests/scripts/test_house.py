@@ -1,4 +1,4 @@
-"""What the house is held to beside its include table: no circles, and nothing left lying about."""
+"""What the house is held to beside its include table: no circles, a true drawing, nothing left lying about."""
 
 from __future__ import annotations
 
@@ -8,7 +8,7 @@ from pathlib import Path
 import check_dependencies
 import pytest
 import repo_files
-from check_dependencies import check_circles, check_leftovers
+from check_dependencies import check_circles, check_drawing, check_leftovers
 
 House = Callable[[dict[str, str]], None]
 
@@ -79,6 +79,17 @@ def test_a_knot_is_let_be_until_it_has_come_undone(house: House, monkeypatch: py
     assert len(check_circles()) == 3  # the circle leaves the knot, and its two units are in none that does not
     monkeypatch.setattr(check_dependencies, "KNOTS", [{"ui/A", "ui/B", "ui/C", "ui/D"}])
     assert check_circles() == ["scripts/check_dependencies.py:1: ui/D is in no circle any more"]
+
+
+def test_the_drawing_says_what_the_table_says(house: House, monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setattr(check_dependencies, "MAY_INCLUDE", {"text": [], "paths": ["text"], "ui": ["text", "paths"]})
+    page = "docs/architecture.md"
+    house({page: "```house\nui -> paths text\npaths -> text\ntext ->\n```\n```\ncellar -> text\n```\n"})
+    assert check_drawing() == []
+    house({page: "```house\nui -> text\npaths -> text\n```\n"})
+    assert check_drawing() == [f"{page}:1: text is not drawn", f"{page}:2: ui may include text paths"]
+    house({page: "```house\nui -> paths text\npaths -> text\ntext -> paths\ncellar ->\n```\n"})
+    assert check_drawing() == [f"{page}:4: text may include nothing", f"{page}:5: cellar is no folder of the house"]
 
 
 def test_leftovers_are_found(house: House) -> None:
