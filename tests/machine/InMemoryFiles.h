@@ -55,7 +55,12 @@ class InMemoryFiles : public FileSystem {
     [[nodiscard]] SystemError Search(const std::string& pattern, std::unique_ptr<FolderSearch>& search,
                                      DirectoryEntry& first);
     [[nodiscard]] SystemError Rename(const std::string& from, const std::string& to, bool replace);
-    [[nodiscard]] SystemError CheckReplace(const Node& from, const Place& to) const;
+    [[nodiscard]] SystemError CheckMove(const Place& source, const Place& target, bool replace) const;
+    [[nodiscard]] SystemError CheckReplaced(Node& node) const;
+    [[nodiscard]] SystemError CheckReplacement(const Place& old, const Place& young) const;
+    /// What `path` leads to, opened without any access.
+    [[nodiscard]] SystemError OpenForQuestions(const std::string& path, NodePtr& node) const;
+    [[nodiscard]] bool IsCurrentFolder(const Node& node) const;
 
     InMemoryDisk& disk_;
     FaultPlan& faults_;
@@ -71,7 +76,7 @@ class InMemoryFiles : public FileSystem {
 /// Success when a file or folder may be created in `parent`.
 [[nodiscard]] SystemError CheckCreation(const Node& parent);
 
-/// Success when `node` may be removed from its folder: it is not in use, not denied, and the disk takes changes.
-[[nodiscard]] SystemError CheckRemoval(const Node& node);
+/// Success when `node` may be removed from its folder: nobody forbids it, and the disk takes changes.
+[[nodiscard]] SystemError CheckRemoval(const InMemoryDisk& disk, Node& node);
 
 }  // namespace marlok::test

@@ -360,7 +360,7 @@ TEST_F(Form1Test, ALogThatCannotBeWrittenIsTold) {
     const Form1& window = Run();
     EXPECT_TRUE(window.IsVisible());
     EXPECT_TRUE(window.Label3.Visible);
-    EXPECT_THAT(window.Label3.Caption.Get(), Failed(Beside("Backup Log File.txt"), error::sharingViolation));
+    EXPECT_THAT(window.Label3.Caption.Get(), Failed(Beside("Backup Log File.txt"), error::accessDenied));
     EXPECT_EQ(window.Label2.Caption.Get(), "Backup Has Been Completed");
     EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
 }

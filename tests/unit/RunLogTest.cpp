@@ -78,7 +78,7 @@ TEST_F(RunLogTest, AReadOnlyLogIsReplaced) {
 TEST_F(RunLogTest, ALogThatCannotBeWrittenKeepsItsOldText) {
     machine.Seed({{Beside("x.txt"), "old"}});
     machine.Lock(Beside("x.txt"));
-    EXPECT_EQ(WriteLog(program, Beside("x.txt"), "new"), error::sharingViolation);
+    EXPECT_EQ(WriteLog(program, Beside("x.txt"), "new"), error::accessDenied);
     EXPECT_EQ(machine.Read(Beside("x.txt")), "old");
     EXPECT_THAT(WorkingFilesLeft(machine), IsEmpty());
 }

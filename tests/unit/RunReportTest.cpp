@@ -54,7 +54,7 @@ TEST_F(RunReportTest, WhatCannotBeWrittenGoesToStandardError) {
     WriteErrorLog(program, report);
     EXPECT_EQ(machine.Read(Beside("Backup Error Log.txt")), "old\r\n");
     EXPECT_THAT(machine.process.ErrorLines(),
-                ElementsAre(Failed(Beside("Backup Error Log.txt"), error::sharingViolation), HasSubstr("C:\\x: ")));
+                ElementsAre(Failed(Beside("Backup Error Log.txt"), error::accessDenied), HasSubstr("C:\\x: ")));
 }
 
 TEST_F(RunReportTest, ARunThatFailsNothingRemovesTheReportOfTheRunBefore) {
