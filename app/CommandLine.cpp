@@ -1,7 +1,8 @@
 #include "app/CommandLine.h"
 
 #include "fileops/Errors.h"
-#include "fileops/txtFunctions.h"
+#include "fileops/WholeFiles.h"
+#include "text/Lines.h"
 #include "text/Text.h"
 
 namespace marlok::app {
@@ -27,36 +28,32 @@ std::vector<std::string> SplitCommandLine(std::string_view commandLine, int maxA
     return arguments;
 }
 
-bool GetCommandLine(Program& program, int maxArgs) {
-    const std::vector<std::string> arguments = SplitCommandLine(program.machine.process.Arguments(), maxArgs);
+bool GetCommandLine(Session& session, int maxArgs) {
+    const std::vector<std::string> arguments = SplitCommandLine(session.machine.process.Arguments(), maxArgs);
     if (arguments.empty()) {
         return false;
     }
-    std::string text;
-    for (const std::string& argument : arguments) {
-        text += argument + "\r\n";
-    }
-    program.gCommandFile = program.BesideProgram(programfile::command);
-    const SystemError code = SaveWholeFile(program.machine.files, program.gCommandFile, text);
+    session.gCommandFile = session.gAppFolder.PathOf(programfile::command);
+    const SystemError code = SaveWholeFile(session.machine.files, session.gCommandFile, text::JoinLines(arguments));
     if (code != error::success) {
         Raise(code);
     }
     return true;
 }
 
-void TakeRunFlags(Program& program) {
+void TakeRunFlags(Session& session) {
     std::string bytes;
-    const SystemError code = ReadWholeFile(program.machine.files, program.gCommandFile, bytes);
+    const SystemError code = ReadWholeFile(session.machine.files, session.gCommandFile, bytes);
     if (code != error::success) {
         Raise(code);
     }
     for (const std::string_view line : text::Split(bytes, "\r\n")) {
         if (line == "A" || line == "a") {
-            program.gAllFiles = true;
+            session.gAllFiles = true;
         } else if (line == "C" || line == "c") {
-            program.gAllFiles = false;
+            session.gAllFiles = false;
         } else if (line == "S" || line == "s") {
-            program.gShowMessage = true;
+            session.gShowMessage = true;
         }
     }
 }

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "engine/Program.h"
+#include "ui/run/Session.h"
 
 namespace marlok::app {
 
@@ -18,11 +18,11 @@ inline constexpr int defaultMaxArgs = 100;
 /// Writes the program's arguments to `gCommandFile`, one a line, and returns true; false, writing nothing, when there
 /// are none.
 /// @throws RuntimeError when the file cannot be written.
-bool GetCommandLine(Program& program, int maxArgs = defaultMaxArgs);
+bool GetCommandLine(Session& session, int maxArgs = defaultMaxArgs);
 
 /// Sets the flags of the run from the lines of `gCommandFile`: "A" or "a" copies all files, "C" or "c" changed ones
 /// only, "S" or "s" shows the result; the last one of a kind counts, every other line is passed over.
 /// @throws RuntimeError when the file cannot be read.
-void TakeRunFlags(Program& program);
+void TakeRunFlags(Session& session);
 
 }  // namespace marlok::app

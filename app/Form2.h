@@ -1,8 +1,8 @@
 #pragma once
 
-#include "engine/Program.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
+#include "platform/Machine.h"
 
 namespace marlok::app {
 
@@ -10,13 +10,13 @@ namespace marlok::app {
 /// this one, and unloads itself.
 class Form2 : public forms::Form {
  public:
-    Form2(forms::Windows& windows, Program& program);
+    Form2(forms::Windows& windows, Machine& machine);
 
     forms::Timer Timer1{*this, "Timer1", 3000};
     void Timer1_Timer();
 
  private:
-    Program& program_;
+    Machine& machine_;
 };
 
 }  // namespace marlok::app

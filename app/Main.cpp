@@ -1,18 +1,18 @@
 #include "app/Main.h"
 
 #include <string>
-#include <vector>
 
 #include "app/CommandLine.h"
 #include "app/Form2.h"
 #include "app/frmStartUp.h"
+#include "engine/RunLog.h"
 #include "engine/RunReport.h"
+#include "fileops/Deleting.h"
 #include "fileops/Errors.h"
-#include "fileops/FileOperations.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
 #include "platform/RuntimeError.h"
-#include "text/Text.h"
+#include "text/Lines.h"
 #include "ui/frmSSTab.h"
 #include "ui/run/Form6.h"
 
@@ -30,40 +30,39 @@ struct Configured {
     int sources = 0;
 };
 
-void DeletePending(Program& program) {
-    FileSystem& files = program.machine.files;
-    const std::string list = program.BesideProgram(programfile::deleteFolder);
-    if (!FileExists(files, list)) {
+void DeletePending(Session& session) {
+    Machine& machine = session.machine;
+    const std::string list = session.gAppFolder.PathOf(programfile::deleteFolder);
+    if (!FileExists(machine.files, list)) {
         return;
     }
-    std::string bytes;
-    const SystemError code = ReadWholeFile(files, list, bytes);
+    std::string text;
+    const SystemError code = ReadText(machine.files, machine.system, list, text);
     if (code != error::success) {
         Raise(code);
     }
-    const std::string text = DecodeText(program.machine.system, std::move(bytes));
-    for (const std::string_view path : text::Split(text, "\r\n")) {
+    for (const std::string& path : text::SplitLines(text)) {
         if (!path.empty()) {
             // A folder that cannot be deleted stays: an empty folder harms nobody.
-            static_cast<void>(DeleteThisFile(files, program.machine.shell, std::string(path)));
+            static_cast<void>(DeleteThisFile(machine.files, path));
         }
     }
     // The list is read once, whatever becomes of its file.
-    static_cast<void>(DeleteThisFile(files, program.machine.shell, list));
+    static_cast<void>(DeleteThisFile(machine.files, list));
 }
 
 /// Counts locations and sources. The number of a source is deliberately not set back to the first for the next
 /// location: the count only tells whether there is any.
-Configured CountConfiguration(Program& program) {
-    BackupSettings settings = program.Configuration();
+Configured CountConfiguration(Session& session) {
+    BackupSettings settings = session.Configuration();
     Configured found;
     int source = firstEntryNumber;
     while (true) {
-        const std::string location = settings.Location(found.nextLocation);
+        const std::string location = settings.LocationAt(found.nextLocation);
         if (IsEndMark(location)) {
             return found;
         }
-        while (!IsEndMark(settings.Source(location, source))) {
+        while (!IsEndMark(settings.SourceAt(Location(location), source))) {
             found.sources = CheckedCounter(found.sources + 1);
             source = CheckedCounter(source + 1);
         }
@@ -71,72 +70,74 @@ Configured CountConfiguration(Program& program) {
     }
 }
 
-void ClearFlags(Program& program) {
-    program.gShowMessage = false;
-    program.gFirstRun = true;
-    program.gAllFiles = false;
-    program.gShowMessageBackground = false;
-    program.gShowingOriginals = false;
+void ClearFlags(Session& session) {
+    session.gShowMessage = false;
+    session.gFirstRun = true;
+    session.gAllFiles = false;
+    session.gShowMessageBackground = false;
+    session.gShowingOriginals = false;
 }
 
-void LoadFirstWindow(Program& program, const Configured& configured) {
-    if (configured.nextLocation == firstEntryNumber || configured.sources == 0) {
-        auto& startUp = program.windows.Load<frmStartUp>(program);
-        const bool noLocation = configured.nextLocation == firstEntryNumber;
-        startUp.Label3.Caption = std::string(noLocation ? "Backup Locations" : "Files To Backup");
+void LoadFirstWindow(Session& session, forms::Windows& windows, const Configured& configured) {
+    const bool noLocation = configured.nextLocation == firstEntryNumber;
+    if (noLocation || configured.sources == 0) {
+        auto& startUp = windows.Load<frmStartUp>(session);
+        startUp.Label3.Caption = noLocation ? "Backup Locations" : "Files To Backup";
         startUp.Show();
         return;
     }
-    program.gAppFolder = AddBackslash(program.machine.process.ProgramFolder());
-    program.gCommandFile = program.BesideProgram(programfile::command);
-    if (!GetCommandLine(program)) {
-        program.windows.Load<ui::frmSSTab>(program).Show();
+    session.gAppFolder = ProgramFolder(session.machine.process.ProgramFolder());
+    session.gCommandFile = session.gAppFolder.PathOf(programfile::command);
+    if (!GetCommandLine(session)) {
+        windows.Load<ui::frmSSTab>(session).Show();
         return;
     }
-    TakeRunFlags(program);
-    program.windows.Load<Form6>(program);
+    TakeRunFlags(session);
+    windows.Load<Form6>(session);
 }
 
-void ReportRuntimeError(Program& program, const RuntimeError& error) {
+void ReportRuntimeError(Machine& machine, const RuntimeError& error) {
     const std::string text = "Run-time error '" + std::to_string(error.Number()) + "':\r\n\r\n" + error.what();
-    if (SplitCommandLine(program.machine.process.Arguments()).empty()) {
-        program.machine.desktop.ShowMessage(text, messagestyle::stop, programTitle);
+    if (SplitCommandLine(machine.process.Arguments()).empty()) {
+        machine.desktop.ShowMessage(text, messagestyle::stop, programTitle);
         return;
     }
-    program.machine.process.WriteError(text);
+    machine.process.WriteError(text);
     RunReport report;
     report.Add(programTitle, std::string(error.what()) + " (run-time error " + std::to_string(error.Number()) +
                                  "); the run has ended");
-    WriteErrorLog(program, report);
+    WriteErrorLog(machine, report);
 }
 
 }  // namespace
 
-void Main(Program& program) {
-    if (!program.machine.process.ClaimSingleInstance()) {
-        program.machine.desktop.ShowMessage("This Program Is Already Running",
-                                            messagestyle::ok | messagestyle::information, infoTitle);
-        program.exitCode = exitcode::nothingRan;
+void Main(Session& session, forms::Windows& windows) {
+    Machine& machine = session.machine;
+    if (!machine.process.ClaimSingleInstance()) {
+        machine.desktop.ShowMessage("This Program Is Already Running", messagestyle::ok | messagestyle::information,
+                                    infoTitle);
+        session.exitCode = exitcode::nothingRan;
         return;
     }
-    DeletePending(program);
-    ClearFlags(program);
-    program.gSettings = std::make_unique<CRegSettings>(program.machine.registry, program.machine.system);
-    const Configured configured = CountConfiguration(program);
-    program.windows.Load<Form2>(program).Timer1.Start();
-    LoadFirstWindow(program, configured);
+    DeletePending(session);
+    ClearFlags(session);
+    session.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
+    const Configured configured = CountConfiguration(session);
+    windows.Load<Form2>(machine).Timer1.Start();
+    LoadFirstWindow(session, windows, configured);
 }
 
 int RunProgram(Machine& machine, forms::ViewFactory* views) {
-    Program program(machine, views);
+    Session session(machine);
+    forms::Windows windows(machine.desktop, machine.clock, views);
     try {
-        Main(program);
-        program.windows.Run();
+        Main(session, windows);
+        windows.Run();
     } catch (const RuntimeError& error) {
-        ReportRuntimeError(program, error);
+        ReportRuntimeError(machine, error);
         return exitcode::nothingRan;
     }
-    return program.exitCode;
+    return session.exitCode;
 }
 
 }  // namespace marlok::app

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "engine/Program.h"
 #include "forms/Windows.h"
 #include "platform/Machine.h"
+#include "ui/run/Session.h"
 
 namespace marlok::app {
 
@@ -10,7 +10,7 @@ namespace marlok::app {
 /// flags and loads exactly one of the start-up window, the main window and the unattended run. Returns when that window
 /// is loaded; loads nothing when another instance is running.
 /// @throws RuntimeError when a file beside the program cannot be read or written.
-void Main(Program& program);
+void Main(Session& session, forms::Windows& windows);
 
 /// Runs the program from start to end and returns its exit code (see `exitcode`). A run-time error ends it: reported in
 /// a message box when a person sits before it, on standard error and in "Backup Error Log.txt" when the program was

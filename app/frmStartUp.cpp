@@ -2,8 +2,9 @@
 
 #include "app/CommandLine.h"
 #include "engine/RunLog.h"
-#include "fileops/FolderFunctions.h"
+#include "fileops/WholeFiles.h"
 #include "forms/Area.h"
+#include "forms/Windows.h"
 #include "ui/frmSSTab.h"
 
 namespace marlok::app {
@@ -24,9 +25,9 @@ constexpr int requestSize = 12;
 
 }  // namespace
 
-frmStartUp::frmStartUp(forms::Windows& windows, Program& program)
-    : Form(windows, "frmStartUp", "Marlok Backup Utility"), program_(program) {
-    Picture1.Picture = std::string("program");
+frmStartUp::frmStartUp(forms::Windows& windows, Session& session)
+    : Form(windows, "frmStartUp", "Marlok Backup Utility"), session_(session) {
+    Picture1.Picture = "program";
     Picture1.AccessibleName = Caption();
     Label1.TextFont = forms::Font{"", welcomeSize, true};
     Label2.TextFont = forms::Font{"", requestSize, false};
@@ -36,7 +37,7 @@ frmStartUp::frmStartUp(forms::Windows& windows, Program& program)
 }
 
 void frmStartUp::Form_Load() {
-    Desktop& desktop = program_.machine.desktop;
+    Desktop& desktop = session_.machine.desktop;
     Place((desktop.ScreenWidth() - windowWidth) / 2, (desktop.ScreenHeight() - windowHeight) / 2, windowWidth,
           windowHeight);
     Timer1.Start();
@@ -52,20 +53,20 @@ void frmStartUp::Form_Resize() {
 
 void frmStartUp::Timer1_Timer() {
     Timer1.Stop();
-    program_.gAllFiles = false;
-    program_.gSettings = std::make_unique<CRegSettings>(program_.machine.registry, program_.machine.system);
-    program_.gAppFolder = AddBackslash(program_.machine.process.ProgramFolder());
-    if (GetCommandLine(program_)) {
-        program_.exitCode = exitcode::nothingRan;
+    session_.gAllFiles = false;
+    session_.gSettings = std::make_unique<CRegSettings>(session_.machine.registry, session_.machine.system);
+    session_.gAppFolder = ProgramFolder(session_.machine.process.ProgramFolder());
+    if (GetCommandLine(session_)) {
+        session_.exitCode = exitcode::nothingRan;
         Timer2.Start();
         return;
     }
-    auto& window = program_.windows.Load<ui::frmSSTab>(program_);
+    auto& window = Collection().Load<ui::frmSSTab>(session_);
     window.Frame1.Visible = false;
     window.Command8.Enabled = false;
     window.Command9.Enabled = false;
     window.SetTabList();
-    const bool anyLocation = program_.Configuration().AnyLocation();
+    const bool anyLocation = session_.Configuration().AnyLocation();
     window.SSTab1.SetTab(anyLocation ? ui::tab::filesToBackup : ui::tab::backupFolder);
     window.Show();
     Unload();
@@ -73,18 +74,17 @@ void frmStartUp::Timer1_Timer() {
 
 void frmStartUp::Timer2_Timer() {
     Timer2.Stop();
-    program_.gAppFolder = AddBackslash(program_.machine.process.ProgramFolder());
+    session_.gAppFolder = ProgramFolder(session_.machine.process.ProgramFolder());
     WriteShortLog();
-    program_.machine.desktop.ShowHourglass(true);
-    // Nobody is there to be told, and what is left out here is made by the next complete run.
-    static_cast<void>(
-        MakeDesktopShortcut(program_, program_.gAppFolder + programfile::runLog, "Backup Log File", "Backup Log File"));
-    program_.machine.desktop.ShowHourglass(false);
+    session_.machine.desktop.ShowHourglass(true);
+    // Nobody is there to read it, and what is left out here is made by the next complete run.
+    static_cast<void>(MakeDesktopShortcut(session_.machine, unattendedLog));
+    session_.machine.desktop.ShowHourglass(false);
     Unload();
 }
 
 void frmStartUp::WriteShortLog() {
-    const std::string text = FormatLogDate(program_.machine.clock.Now()) +
+    const std::string text = FormatLogDate(session_.machine.clock.Now()) +
                              "\r\n"
                              "\r\n"
                              "Program Was Unable To Locate Paths\r\n"
@@ -96,7 +96,7 @@ void frmStartUp::WriteShortLog() {
                              "      Files To Be Backed Up       \r\n"
                              "\r\n";
     // As above: a log that cannot be written must not keep the program from ending.
-    static_cast<void>(WriteLog(program_, program_.gAppFolder + programfile::runLog, text));
+    static_cast<void>(SaveWholeFile(session_.machine.files, session_.gAppFolder.PathOf(programfile::runLog), text));
 }
 
 }  // namespace marlok::app

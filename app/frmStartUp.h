@@ -1,8 +1,8 @@
 #pragma once
 
-#include "engine/Program.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
+#include "ui/run/Session.h"
 
 namespace marlok::app {
 
@@ -10,7 +10,7 @@ namespace marlok::app {
 /// or, when the program was started with arguments and nobody is there to read it, leaves a short log on the desktop.
 class frmStartUp : public forms::Form {
  public:
-    frmStartUp(forms::Windows& windows, Program& program);
+    frmStartUp(forms::Windows& windows, Session& session);
 
     forms::Label Label1{*this, "Label1", "Welcome"};
     forms::Label Label2{*this, "Label2", "Please Select"};
@@ -29,7 +29,7 @@ class frmStartUp : public forms::Form {
  private:
     void WriteShortLog();
 
-    Program& program_;
+    Session& session_;
 };
 
 }  // namespace marlok::app

@@ -1,24 +1,26 @@
 #include "engine/BackupRun.h"
 
 #include <algorithm>
-#include <vector>
+#include <utility>
 
-#include "engine/LocationName.h"
 #include "engine/OriginalPathList.h"
 #include "engine/RunJournal.h"
-#include "fileops/FileOperations.h"
+#include "fileops/Deleting.h"
 #include "fileops/FolderFunctions.h"
-#include "fileops/FolderScan.h"
-#include "fileops/WorkingFiles.h"
+#include "fileops/FolderListing.h"
+#include "fileops/Whereabouts.h"
+#include "paths/Names.h"
+#include "paths/Path.h"
+#include "paths/Roots.h"
 #include "platform/RuntimeError.h"
-#include "text/Text.h"
 
 namespace marlok {
 
 namespace {
 
 constexpr const char* insideLocation = "not backed up: it lies in the backup location itself";
-constexpr const char* notScanned = "not backed up: the first entry of a drive is passed over when folders are sought";
+constexpr const char* notScanned =
+    "not backed up: the first folder in the root of a drive is skipped: add it as a source of its own";
 constexpr const char* notPlain = "not backed up: a source must be a full, plain path";
 
 std::string AsReason(const RuntimeError& error) {
@@ -27,136 +29,129 @@ std::string AsReason(const RuntimeError& error) {
 
 /// A source whose target lies below the location for certain.
 bool IsPlainSource(const std::string& source) {
-    if (HasDriveRoot(source)) {
-        return IsPlainRelativePath(source.substr(3));
+    switch (RootOf(source).kind) {
+        case PathRoot::Kind::drive:
+            return IsPlainRelativePath(source.substr(RootOf(source).length));
+        case PathRoot::Kind::network:
+            return IsPlainRelativePath(source);
+        default:
+            return false;
     }
-    return IsNetworkPath(source) && IsPlainRelativePath(source);
 }
 
 }  // namespace
 
-BackupRun::BackupRun(Program& program, const RunControls& controls, forms::TreeView& TreeView1, RunWindow& window)
-    : program_(program),
-      controls_(controls),
-      TreeView1_(TreeView1),
-      window_(window),
-      places_(program),
-      breathe_(program) {
-    program_.machine.system.KeepAwake(true);
+BackupRun::BackupRun(Machine& machine, BackupSettings settings, const RunPlan& plan, RunSink& sink)
+    : machine_(machine), settings_(settings), plan_(plan), sink_(sink), places_(machine, settings) {
+    machine_.system.KeepAwake(true);
 }
 
 BackupRun::~BackupRun() {
-    program_.machine.system.KeepAwake(false);
+    machine_.system.KeepAwake(false);
 }
 
-void BackupRun::BackupLocation(const std::string& location) {
-    controls_.List3.Clear();
-    const std::string refused = WhyLocationRefused(location);
+RunReport BackupRun::Run() {
+    for (const Location& location : plan_.locations) {
+        if (!sink_.GoOn()) {
+            break;
+        }
+        BackupLocation(location);
+    }
+    return std::move(report_);
+}
+
+void BackupRun::BackupLocation(const Location& location) {
+    sink_.LocationBegins(location);
+    const std::string refused = location.WhyRefused();
     if (!refused.empty()) {
-        report_.Add(location, "this backup location was passed over: " + refused);
+        report_.Add(location.Path(), "this backup location was passed over: " + refused);
         return;
     }
     try {
         TryLocation(location);
     } catch (const RuntimeError& error) {
-        report_.Add(location, AsReason(error));
+        report_.Add(location.Path(), AsReason(error));
     }
-    controls_.List1.Clear();
-    TreeView1_.Clear();
 }
 
-void BackupRun::TryLocation(const std::string& location) {
-    CopyLoop loop(
-        program_, controls_,
-        [this](const std::string& source, const std::string& destination, std::uint32_t flags) {
-            return window_.CopyFile(source, destination, flags);
-        },
-        report_, places_, location);
-    loop.UseListing(listed_);
+void BackupRun::TryLocation(const Location& location) {
+    places_.EnterLocation(location);
+    CopyLoop loop({machine_, plan_, places_, sink_, report_}, location);
     ClearKilledRun(location);
     if (PrepareFolder(location)) {
-        window_.ShowStatus("Copying " + LocationName(location) + " Files");
+        sink_.Status("Copying " + location.Name() + " Files");
         BackupSources(loop, location);
     }
-    loop.Finish(WriteOriginalPaths(location));
+    loop.Finish(ListOriginals(location, loop.TakeOriginals()));
 }
 
 /// The run before may have been killed here: what it copied is listed now, before its journal goes.
-void BackupRun::ClearKilledRun(const std::string& location) {
-    FileSystem& files = program_.machine.files;
+void BackupRun::ClearKilledRun(const Location& location) {
+    FileSystem& files = machine_.files;
     const Leftovers leftovers = ClearLeftovers(files, location);
     for (const std::string& path : leftovers.notRemoved) {
         report_.Add(path, "left by an interrupted run, and could not be removed");
     }
-    for (const std::string& original : leftovers.originals) {
-        controls_.List3.AddItem(original);
-    }
-    const bool listed = leftovers.originals.empty() || WriteOriginalPaths(location);
+    const bool listed = leftovers.originals.empty() || ListOriginals(location, leftovers.originals);
     if (listed && leftovers.notRemoved.empty()) {
         const SystemError code = RemoveJournal(files, location);
         if (code != error::success) {
-            report_.Add(AddBackslash(location) + std::string(workingfile::journal), code);
+            report_.Add(location.Journal(), code);
         }
     }
 }
 
 /// False when the location cannot be written to, which is reported.
-bool BackupRun::PrepareFolder(const std::string& location) {
-    FileSystem& files = program_.machine.files;
-    const bool exists = !FolderCreationDate(files, program_.machine.clock, location).empty();
-    if (exists && program_.gAllFiles) {
-        window_.ShowStatus("Deleting " + LocationName(location) + " Files");
+bool BackupRun::PrepareFolder(const Location& location) {
+    FileSystem& files = machine_.files;
+    const bool exists = !FolderCreationDate(files, machine_.clock, location.Path()).empty();
+    if (exists && plan_.allFiles) {
+        sink_.Status("Deleting " + location.Name() + " Files");
         EmptyLocation(location);
     }
     if (exists) {
         return true;
     }
-    const std::string folder = WithoutBackslash(location);
-    SystemError code = files.CreateFolder(folder);
-    if (code == error::pathNotFound && CreateNestedFolders(files, program_.machine.process, folder)) {
+    SystemError code = files.CreateFolder(location.Path());
+    if (code == error::pathNotFound && CreateNestedFolders(files, machine_.process, location.Path())) {
         code = error::success;
     }
     if (code != error::success) {
-        report_.Add(location, code);
+        report_.Add(location.Path(), code);
     }
     return code == error::success;
 }
 
 /// Deletes everything in the location but the folders whose names begin with ".".
-void BackupRun::EmptyLocation(const std::string& location) {
+void BackupRun::EmptyLocation(const Location& location) {
     const std::string reason = places_.WhyNotEmptied(location);
     if (!reason.empty()) {
-        report_.Add(location, reason);
+        report_.Add(location.Path(), reason);
         return;
     }
-    FileSystem& files = program_.machine.files;
-    DirectoryEntry entry;
     std::vector<std::string> names;
-    auto search = OpenFolderSearch(files, location, entry);
-    SystemError code = search ? error::success : error::noMoreFiles;
-    while (code == error::success) {
+    const SystemError listed = ListFolder(machine_.files, location.Path(), [&names](DirectoryEntry& entry) {
         if (!entry.IsFolder() || !entry.name.starts_with('.')) {
-            names.push_back(entry.name);
+            names.push_back(std::move(entry.name));
         }
-        code = search->Next(entry);
+        return true;
+    });
+    if (listed != error::success) {
+        report_.Add(location.Path(), listed);
     }
-    search.reset();
     for (const std::string& name : names) {
-        const std::string path = AddBackslash(location) + name;
-        const int result = DeleteThisFile(files, program_.machine.shell, path);
-        if (result != 0 && files.GetEntry(path, entry) == error::success) {
-            report_.Add(path, "could not be deleted before copying (code " + std::to_string(result) + ")");
+        const std::string path = location.Below(name);
+        const SystemError code = DeleteWhole(machine_.files, path);
+        if (code != error::success && !IsAbsent(code)) {
+            report_.Add(path, "could not be deleted before copying (error " + std::to_string(code) + ")");
         }
-        program_.machine.desktop.PaintPending();
+        sink_.Breathe();
     }
 }
 
-void BackupRun::BackupSources(CopyLoop& loop, const std::string& location) {
-    folderCount_ = 0;
-    BackupSettings settings = program_.Configuration();
-    for (int number = firstEntryNumber;; number = CheckedCounter(number + 1)) {
-        const std::string source = settings.Source(location, number);
-        if (IsEndMark(source)) {
+void BackupRun::BackupSources(CopyLoop& loop, const Location& location) {
+    for (const std::string& source : settings_.Sources(location)) {
+        if (!sink_.GoOn()) {
             return;
         }
         TrySource(loop, location, source);
@@ -164,33 +159,28 @@ void BackupRun::BackupSources(CopyLoop& loop, const std::string& location) {
 }
 
 /// A source that ends in a run-time error does not keep the next ones from being saved.
-void BackupRun::TrySource(CopyLoop& loop, const std::string& location, const std::string& source) {
+void BackupRun::TrySource(CopyLoop& loop, const Location& location, const std::string& source) {
     try {
         BackupSource(loop, location, source);
     } catch (const RuntimeError& error) {
         report_.Add(source, AsReason(error));
     }
-    controls_.List1.Clear();
-    listed_.Clear();
-    // Two sources may overlap: each has the tree to itself, so that no folder meets its own key.
-    TreeView1_.Clear();
 }
 
-void BackupRun::BackupSource(CopyLoop& loop, const std::string& location, const std::string& source) {
+void BackupRun::BackupSource(CopyLoop& loop, const Location& location, const std::string& source) {
     if (!IsPlainSource(source)) {
         report_.Add(source, notPlain);
         return;
     }
-    if (IsInside(program_.machine.files, source, location)) {
+    if (IsInside(machine_.files, source, location.Path())) {
         report_.Add(source, insideLocation);
         return;
     }
-    program_.machine.desktop.PaintPending();
-    const std::vector<FolderScan::Unlisted> unlisted = ScanFolders(location, source);
-    folderCount_ += TreeView1_.NodeCount();
-    window_.ShowFolderCount(folderCount_);
-    loop.BackupSource(source);
-    ReportUnlisted(unlisted);
+    sink_.Breathe();
+    FolderScan scan = ScanSource(location, source);
+    sink_.FoldersFound(scan);
+    loop.BackupSource(source, scan);
+    ReportUnlisted(scan.unlisted);
 }
 
 /// Folders that the scan could not list; the copy loop has reported those that it could not list either. What is left
@@ -199,44 +189,31 @@ void BackupRun::ReportUnlisted(const std::vector<FolderScan::Unlisted>& folders)
     for (const FolderScan::Unlisted& folder : folders) {
         const bool reported = std::ranges::any_of(
             report_.Lines(), [&](const RunReport::Line& line) { return WithoutBackslash(line.path) == folder.path; });
-        if (!reported && IsDirectoryPath(program_.machine.files, folder.path)) {
+        if (!reported && IsDirectoryPath(machine_.files, folder.path)) {
             report_.Add(folder.path, folder.code);
         }
     }
 }
 
-std::vector<FolderScan::Unlisted> BackupRun::ScanFolders(const std::string& location, const std::string& source) {
-    forms::Node& root = TreeView1_.Add(nullptr, source + "Dir", source);
-    root.Expanded = true;
-    root.Sorted = true;
-    FolderScan scan{program_.machine.files,
-                    program_.gNodesSorted,
-                    program_.gNodesExpanded,
-                    ResolvedPath(program_.machine.files, location),
-                    {},
-                    &listed_};
-    scan.meanwhile = [this] { breathe_(); };
-    AddChildFolders(scan, TreeView1_, root, &controls_.List1);
+FolderScan BackupRun::ScanSource(const Location& location, const std::string& source) {
+    ScanOptions options;
+    options.locationFinalPath = ResolvedPath(machine_.files, location.Path());
+    options.meanwhile = [this] { sink_.Breathe(); };
+    FolderScan scan = ScanFolders(machine_.files, source, options);
     for (const std::string& folder : scan.missed) {
         report_.Add(folder, notScanned);
     }
-    return std::move(scan.unlisted);
+    return scan;
 }
 
-/// Adds List3 to the location's list and clears it. False when the list could not be written, which is reported.
-bool BackupRun::WriteOriginalPaths(const std::string& location) {
-    const std::string list = OriginalListPath(program_, location);
-    const SystemError code = AddToOriginalList(program_, list, controls_.List3.Items());
+/// False when the list could not be written, which is reported.
+bool BackupRun::ListOriginals(const Location& location, const std::vector<std::string>& originals) {
+    OriginalPathList list(machine_, location);
+    const SystemError code = list.Add(originals);
     if (code != error::success) {
-        report_.Add(list, code);
+        report_.Add(list.Path(), code);
     }
-    controls_.List3.Clear();
     return code == error::success;
-}
-
-void BackupRun::Finish() {
-    WriteErrorLog(program_, report_);
-    program_.exitCode = report_.Lines().empty() ? exitcode::allDone : exitcode::somethingFailed;
 }
 
 }  // namespace marlok

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "engine/LocationName.h"
+#include "fileops/Deleting.h"
+#include "fileops/FileOperations.h"
 #include "fileops/FolderFunctions.h"
-#include "fileops/WorkingFiles.h"
-#include "fileops/txtFunctions.h"
-#include "text/Text.h"
+#include "fileops/FolderListing.h"
+#include "fileops/Replacing.h"
+#include "paths/Path.h"
+#include "paths/WorkingFiles.h"
 
 namespace marlok {
 
@@ -25,19 +27,6 @@ constexpr const char* takenForFile =
 
 }  // namespace
 
-std::string TargetPath(const std::string& source, const std::string& location) {
-    std::string_view relative = source;
-    if (HasDriveRoot(source)) {
-        relative.remove_prefix(3);
-        if (relative.starts_with('\\')) {
-            relative.remove_prefix(1);
-        }
-    } else {
-        relative = text::Trim(relative, "\\");
-    }
-    return location + std::string(relative);
-}
-
 std::uint32_t GetEntrySize(const DirectoryEntry& entry) {
     return static_cast<std::uint32_t>(entry.size);
 }
@@ -49,25 +38,25 @@ int CompareWriteTimes(const DirectoryEntry& first, const DirectoryEntry& second)
     return first.lastWriteTime < second.lastWriteTime ? -1 : 1;
 }
 
-CopyLoop::CopyLoop(Program& program, const RunControls& controls, CopyPrimitive copy, RunReport& report,
-                   SavePlaces& places, const std::string& location)
-    : program_(program),
-      files_(program.machine.files),
-      controls_(controls),
-      copy_(std::move(copy)),
-      report_(report),
-      places_(places),
-      location_(AddBackslash(location)),
-      journal_(program.machine.files, location),
-      breathe_(program) {
-    places_.EnterLocation(location);
-}
+CopyLoop::CopyLoop(const CopyTools& tools, const Location& location)
+    : machine_(tools.machine),
+      files_(tools.machine.files),
+      plan_(tools.plan),
+      places_(tools.places),
+      sink_(tools.sink),
+      report_(tools.report),
+      location_(location),
+      journal_(tools.machine.files, location) {}
 
-void CopyLoop::BackupSource(const std::string& source) {
-    BackupEntry(source);
-    // By index: the list is the window's, and nothing here holds on to its lines.
-    for (int i = 0; i < controls_.List1.ListCount() && !controls_.List1.List(i).empty(); ++i) {
-        BackupEntry(controls_.List1.List(i));
+void CopyLoop::BackupSource(const std::string& source, FolderScan& scan) {
+    for (ScannedFolder& entry : scan.folders) {
+        if (!sink_.GoOn()) {
+            return;
+        }
+        if (entry.parent == ScannedFolder::noParent) {
+            entry.path = source;
+        }
+        BackupEntry(entry);
     }
 }
 
@@ -78,43 +67,40 @@ void CopyLoop::Finish(bool listed) {
     }
     const SystemError code = journal_.Finish();
     if (code != error::success) {
-        report_.Add(location_ + std::string(workingfile::journal), code);
+        report_.Add(location_.Journal(), code);
     }
 }
 
-void CopyLoop::BackupEntry(const std::string& source) {
-    controls_.Text1.Text = source;
-    controls_.Text2.Text = TargetPath(source, location_);
-    if (text::HasThreeLetterExtension(source)) {
-        BackupFileEntry();
+void CopyLoop::BackupEntry(ScannedFolder& entry) {
+    const std::string target = location_.SavedPathOf(entry.path);
+    sink_.EntryBegins(entry.path, target);
+    if (HasThreeLetterExtension(entry.path)) {
+        BackupFileEntry(entry.path, target);
     } else {
-        BackupFolderEntry();
+        BackupFolderEntry(entry, target);
     }
 }
 
-void CopyLoop::BackupFileEntry() {
-    const std::string& source = controls_.Text1.Text;
+void CopyLoop::BackupFileEntry(const std::string& source, const std::string& target) {
     std::unique_ptr<FolderSearch> search;
     DirectoryEntry entry;
     const SystemError code = files_.FindFirst(source, search, entry);
+    search.reset();
     if (code != error::success) {
-        Fail(source, code);
+        report_.Add(source, code);
     } else if (entry.IsFolder()) {
         ReportPassedOver(source);
     } else {
-        BackupThisFile(entry, source, controls_.Text2.Text);
+        BackupThisFile(entry, source, target);
     }
 }
 
-void CopyLoop::BackupFolderEntry() {
-    const std::string source = AddBackslash(controls_.Text1.Text.Get());
-    const std::string target = AddBackslash(controls_.Text2.Text.Get());
-    controls_.Text1.Text = source;
-    controls_.Text2.Text = target;
+void CopyLoop::BackupFolderEntry(ScannedFolder& folder, const std::string& target) {
+    const std::string source = WithoutBackslash(folder.path);
     std::vector<DirectoryEntry> entries;
-    const SystemError listed = ListFiles(source, entries);
-    if (listed != error::noMoreFiles) {
-        ReportUnlisted(WithoutBackslash(source), listed);
+    const SystemError listed = ListFiles(folder, entries);
+    if (listed != error::success) {
+        ReportUnlisted(source, listed);
         // A listing that broke off is worked through as far as it came.
         if (entries.empty()) {
             return;
@@ -123,29 +109,25 @@ void CopyLoop::BackupFolderEntry() {
     SavedFolder saved;
     const SystemError made = MakeTargetFolders(target, saved);
     if (made != error::success) {
-        Fail(WithoutBackslash(source), made);
+        report_.Add(source, made);
         return;
     }
-    BackupFolderFiles(entries, saved);
+    BackupFolderFiles(entries, source, target, saved);
 }
 
-/// The files directly in `folder`. `error::noMoreFiles` when the listing is complete, else why it is not.
-SystemError CopyLoop::ListFiles(const std::string& folder, std::vector<DirectoryEntry>& entries) {
-    if (auto kept = listed_ == nullptr ? std::nullopt : listed_->Take(folder)) {
-        entries = std::move(*kept);
-        return error::noMoreFiles;
+/// The files directly in the folder.
+SystemError CopyLoop::ListFiles(ScannedFolder& folder, std::vector<DirectoryEntry>& entries) {
+    if (folder.files) {
+        entries = std::move(*folder.files);
+        folder.files.reset();
+        return error::success;
     }
-    std::unique_ptr<FolderSearch> search;
-    DirectoryEntry entry;
-    SystemError code = files_.FindFirst(folder + "*.*", search, entry);
-    while (code == error::success) {
+    return ListFolder(files_, folder.path, [&entries](DirectoryEntry& entry) {
         if (!entry.IsFolder()) {
             entries.push_back(std::move(entry));
         }
-        entry = DirectoryEntry();
-        code = search->Next(entry);
-    }
-    return code;
+        return true;
+    });
 }
 
 void CopyLoop::ReportUnlisted(const std::string& source, SystemError code) {
@@ -153,23 +135,21 @@ void CopyLoop::ReportUnlisted(const std::string& source, SystemError code) {
     const SystemError looked = files_.GetEntry(source, entry);
     if (looked == error::success && !entry.IsFolder()) {
         report_.Add(source, takenForFolder);
-    } else if (looked != error::success || code != error::fileNotFound) {
-        // The root of an empty drive lists nothing, not even itself: there is nothing to save then.
-        Fail(source, looked != error::success ? looked : code);
+    } else {
+        report_.Add(source, looked != error::success ? looked : code);
     }
 }
 
 /// A folder taken for a file by its name: nothing in it is copied as part of this entry, so it must not go unmentioned.
 void CopyLoop::ReportPassedOver(const std::string& folder) {
-    DirectoryEntry entry;
-    const auto search = OpenFolderSearch(files_, folder, entry);
-    SystemError code = search ? error::success : error::noMoreFiles;
-    while (code == error::success) {
-        if (!entry.IsFolder()) {
-            report_.Add(folder, takenForFile);
-            return;
-        }
-        code = search->Next(entry);
+    bool holdsFile = false;
+    // One that cannot be listed is reported by the scan.
+    static_cast<void>(ListFolder(files_, folder, [&holdsFile](DirectoryEntry& entry) {
+        holdsFile = !entry.IsFolder();
+        return !holdsFile;
+    }));
+    if (holdsFile) {
+        report_.Add(folder, takenForFile);
     }
 }
 
@@ -180,7 +160,7 @@ SystemError CopyLoop::MakeTargetFolders(const std::string& folder, SavedFolder& 
     }
     // Folders come before what lies in them, so usually one creation does.
     code = files_.CreateFolder(WithoutBackslash(folder));
-    if (code == error::pathNotFound && CreateNestedFolders(files_, program_.machine.process, folder)) {
+    if (code == error::pathNotFound && CreateNestedFolders(files_, machine_.process, folder)) {
         code = error::success;
     }
     return code == error::alreadyExists ? saved.Read(files_, folder) : code;
@@ -196,12 +176,11 @@ void CopyLoop::BackupThisFile(const DirectoryEntry& entry, const std::string& so
     CopyAll(chosen);
 }
 
-void CopyLoop::BackupFolderFiles(const std::vector<DirectoryEntry>& entries, const SavedFolder& saved) {
-    const std::string source = controls_.Text1.Text;
-    const std::string target = controls_.Text2.Text;
+void CopyLoop::BackupFolderFiles(const std::vector<DirectoryEntry>& entries, const std::string& source,
+                                 const std::string& target, const SavedFolder& saved) {
     std::vector<Chosen> chosen;
     for (const DirectoryEntry& entry : entries) {
-        Choose(entry, source + entry.name, target + entry.name, saved.Find(entry.name), chosen);
+        Choose(entry, Join(source, entry.name), Join(target, entry.name), saved.Find(entry.name), chosen);
     }
     CopyAll(chosen);
 }
@@ -209,22 +188,21 @@ void CopyLoop::BackupFolderFiles(const std::vector<DirectoryEntry>& entries, con
 void CopyLoop::Choose(const DirectoryEntry& entry, const std::string& source, const std::string& target,
                       const DirectoryEntry* savedCopy, std::vector<Chosen>& chosen) {
     if (!places_.MaySave(target)) {
-        report_.Add(source, nameReserved);
-        ++report_.failed;
+        Refuse(source, nameReserved);
         return;
     }
     if (savedCopy != nullptr && savedCopy->IsFolder()) {
-        report_.Add(source, folderInPlace);
-        ++report_.failed;
+        Refuse(source, folderInPlace);
         return;
     }
     // Size and attributes never change the outcome: a source that is older than its saved copy, or has the same time
     // and another size, is deliberately not copied.
-    const bool later = savedCopy == nullptr || program_.gAllFiles || CompareWriteTimes(entry, *savedCopy) == 1;
+    const bool later = savedCopy == nullptr || plan_.allFiles || CompareWriteTimes(entry, *savedCopy) == 1;
     if (later) {
         chosen.push_back({entry.size, entry.lastWriteTime, source, target, savedCopy != nullptr});
     } else {
         ++report_.unchanged;
+        sink_.Unchanged(source);
     }
 }
 
@@ -234,18 +212,28 @@ void CopyLoop::CopyAll(const std::vector<Chosen>& chosen) {
         const auto group = all.subspan(start, std::min(groupSize, all.size() - start));
         const bool recorded = RecordGroup(group);
         for (const Chosen& file : group) {
-            const SystemError code = CopyOne(file, recorded);
-            if (code == error::success) {
-                ++report_.copied;
-                controls_.List2.AddItem(file.target);
-                controls_.List3.AddItem(file.source);
-            } else {
-                ++report_.failed;
-                Fail(file.source, code);
+            if (!sink_.GoOn()) {
+                return;
             }
-            breathe_();
+            CopyAndAccount(file, recorded);
         }
     }
+}
+
+void CopyLoop::CopyAndAccount(const Chosen& file, bool recorded) {
+    sink_.CopyBegins(file.source, file.target);
+    const SystemError code = CopyOne(file, recorded);
+    if (code == error::success) {
+        ++report_.copied;
+        report_.written.push_back(file.target);
+        originals_.push_back(file.source);
+        sink_.Copied(file.source, file.target);
+    } else {
+        ++report_.failed;
+        report_.Add(file.source, code);
+        sink_.Failed(file.source);
+    }
+    sink_.Breathe();
 }
 
 bool CopyLoop::RecordGroup(std::span<const Chosen> group) {
@@ -258,7 +246,17 @@ bool CopyLoop::RecordGroup(std::span<const Chosen> group) {
 }
 
 JournalEntry CopyLoop::AsJournalEntry(const Chosen& file) const {
-    return {file.size, file.time, file.replaces, file.target.substr(location_.size()), file.source};
+    return {file.size, file.time, file.replaces, location_.RelativeNameOf(file.target), file.source};
+}
+
+SystemError CopyLoop::CopyFile(const std::string& source, const std::string& target, std::uint32_t flags) {
+    if (plan_.method == CopyMethod::copyWithProgress) {
+        return CopyWithProgress(files_, source, target, flags, [this](const CopyProgressInfo& info) {
+            sink_.BytesCopied(info);
+            return sink_.GoOn() ? CopyAnswer::goOn : CopyAnswer::cancel;
+        });
+    }
+    return CopyPlain(files_, source, target, flags);
 }
 
 SystemError CopyLoop::CopyOne(const Chosen& file, bool recorded) {
@@ -271,7 +269,7 @@ SystemError CopyLoop::CopyOne(const Chosen& file, bool recorded) {
 }
 
 SystemError CopyLoop::CopyStraight(const Chosen& file) {
-    const SystemError code = copy_(file.source, file.target, copyflag::failIfExists);
+    const SystemError code = CopyFile(file.source, file.target, copyflag::failIfExists);
     DirectoryEntry torn;
     if (code != error::success && code != error::fileExists && files_.GetEntry(file.target, torn) == error::success &&
         ForceDelete(files_, file.target) != error::success) {
@@ -281,11 +279,11 @@ SystemError CopyLoop::CopyStraight(const Chosen& file) {
 }
 
 SystemError CopyLoop::CopyBeside(const Chosen& file) {
-    const std::string part = AddBackslash(FolderOf(file.target)) + std::string(workingfile::part);
-    SystemError code = copy_(file.source, part, copyflag::none);
+    const std::string part = Join(FolderOf(file.target), workingfile::part);
+    SystemError code = CopyFile(file.source, part, copyflag::none);
     if (code == error::accessDenied && ForceDelete(files_, part) == error::success) {
         // A hidden or read-only neighbour of a killed run cannot be overwritten.
-        code = copy_(file.source, part, copyflag::none);
+        code = CopyFile(file.source, part, copyflag::none);
     }
     if (code == error::success) {
         code = ForceReplace(files_, part, file.target);
@@ -300,8 +298,10 @@ SystemError CopyLoop::CopyBeside(const Chosen& file) {
     return code;
 }
 
-void CopyLoop::Fail(const std::string& source, SystemError code) {
-    report_.Add(source, code);
+void CopyLoop::Refuse(const std::string& source, const std::string& reason) {
+    report_.Add(source, reason);
+    ++report_.failed;
+    sink_.Failed(source);
 }
 
 }  // namespace marlok

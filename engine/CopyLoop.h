@@ -1,42 +1,36 @@
 #pragma once
 
-#include <functional>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
-#include "engine/Breather.h"
-#include "engine/Program.h"
 #include "engine/RunJournal.h"
+#include "engine/RunPlan.h"
 #include "engine/RunReport.h"
+#include "engine/RunSink.h"
 #include "engine/SavePlaces.h"
 #include "engine/SavedFolder.h"
-#include "fileops/ListedFolders.h"
-#include "forms/Controls.h"
+#include "fileops/FolderScan.h"
+#include "paths/Location.h"
+#include "platform/Machine.h"
 
 namespace marlok {
-
-/// Copies one file, an existing destination being overwritten; `flags` are extra `copyflag::` bits.
-using CopyPrimitive =
-    std::function<SystemError(const std::string& source, const std::string& destination, std::uint32_t flags)>;
-
-/// The controls of a run window that the copy loop works with.
-struct RunControls {
-    forms::ListBox& List1;  ///< folders below the current source
-    forms::ListBox& List2;  ///< saved copies written in this run
-    forms::ListBox& List3;  ///< source files written for the current location
-    forms::TextBox& Text1;  ///< source of the entry being worked on
-    forms::TextBox& Text2;  ///< its target
-};
-
-/// Where a source is saved: the location, and the source without its drive root. So equal paths on two drives share one
-/// target. A network source keeps its server and share as folders. Expects `location` with a "\" at its end.
-[[nodiscard]] std::string TargetPath(const std::string& source, const std::string& location);
 
 /// Lower 32 bits of an entry's size.
 [[nodiscard]] std::uint32_t GetEntrySize(const DirectoryEntry& entry);
 
 /// -1, 0 or 1: the first entry was written earlier than the second, at the same time, or later.
 [[nodiscard]] int CompareWriteTimes(const DirectoryEntry& first, const DirectoryEntry& second);
+
+/// What a copy loop works with. All of it outlives the loop.
+struct CopyTools {
+    Machine& machine;
+    const RunPlan& plan;
+    const SavePlaces& places;  ///< has entered the location
+    RunSink& sink;
+    RunReport& report;
+};
 
 /// Decides file by file whether a source is written into a backup location, writes it and records what was written. One
 /// object serves one location.
@@ -46,15 +40,13 @@ struct RunControls {
 /// and not listed.
 class CopyLoop {
  public:
-    CopyLoop(Program& program, const RunControls& controls, CopyPrimitive copy, RunReport& report, SavePlaces& places,
-             const std::string& location);
+    CopyLoop(const CopyTools& tools, const Location& location);
 
-    /// Takes the files of a folder from `listed` where they are kept there, instead of listing it; `listed` outlives
-    /// this object.
-    void UseListing(ListedFolders& listed) { listed_ = &listed; }
+    /// Backs up one source: the source itself, then every folder below it. Uses up what the scan has kept.
+    void BackupSource(const std::string& source, FolderScan& scan);
 
-    /// Backs up one source: the source itself, then every folder of List1.
-    void BackupSource(const std::string& source);
+    /// The sources that were copied and are not listed yet, in their order; handed over once.
+    [[nodiscard]] std::vector<std::string> TakeOriginals() { return std::exchange(originals_, {}); }
 
     /// Ends the location's journal. When the original paths could not be listed it is left for the next run, which
     /// lists them.
@@ -70,12 +62,13 @@ class CopyLoop {
         bool replaces;
     };
 
-    void BackupEntry(const std::string& source);
-    void BackupFileEntry();
-    void BackupFolderEntry();
+    void BackupEntry(ScannedFolder& entry);
+    void BackupFileEntry(const std::string& source, const std::string& target);
+    void BackupFolderEntry(ScannedFolder& folder, const std::string& target);
     void BackupThisFile(const DirectoryEntry& entry, const std::string& source, const std::string& target);
-    void BackupFolderFiles(const std::vector<DirectoryEntry>& entries, const SavedFolder& saved);
-    [[nodiscard]] SystemError ListFiles(const std::string& folder, std::vector<DirectoryEntry>& entries);
+    void BackupFolderFiles(const std::vector<DirectoryEntry>& entries, const std::string& source,
+                           const std::string& target, const SavedFolder& saved);
+    [[nodiscard]] SystemError ListFiles(ScannedFolder& folder, std::vector<DirectoryEntry>& entries);
 
     /// Applies the change rule: adds the file to `chosen`, or counts it as unchanged or failed.
     void Choose(const DirectoryEntry& entry, const std::string& source, const std::string& target,
@@ -83,25 +76,28 @@ class CopyLoop {
 
     [[nodiscard]] SystemError MakeTargetFolders(const std::string& folder, SavedFolder& saved);
     void CopyAll(const std::vector<Chosen>& chosen);
+    void CopyAndAccount(const Chosen& file, bool recorded);
     [[nodiscard]] bool RecordGroup(std::span<const Chosen> group);
+    [[nodiscard]] SystemError CopyFile(const std::string& source, const std::string& target, std::uint32_t flags);
     [[nodiscard]] SystemError CopyOne(const Chosen& file, bool recorded);
     [[nodiscard]] SystemError CopyStraight(const Chosen& file);
     [[nodiscard]] SystemError CopyBeside(const Chosen& file);
     [[nodiscard]] JournalEntry AsJournalEntry(const Chosen& file) const;
     void ReportUnlisted(const std::string& source, SystemError code);
     void ReportPassedOver(const std::string& folder);
-    void Fail(const std::string& source, SystemError code);
 
-    Program& program_;
+    /// Reports a file that is not saved, and counts it.
+    void Refuse(const std::string& source, const std::string& reason);
+
+    Machine& machine_;
     FileSystem& files_;
-    RunControls controls_;
-    CopyPrimitive copy_;
+    const RunPlan& plan_;
+    const SavePlaces& places_;
+    RunSink& sink_;
     RunReport& report_;
-    SavePlaces& places_;
-    std::string location_;  ///< with "\" at its end
+    Location location_;
     RunJournal journal_;
-    ListedFolders* listed_ = nullptr;
-    Breather breathe_;
+    std::vector<std::string> originals_;
 };
 
 }  // namespace marlok

@@ -1,42 +1,52 @@
 #include "engine/Restore.h"
 
-#include "engine/LocationName.h"
+#include <optional>
+
+#include "engine/OriginalPathList.h"
+#include "fileops/Deleting.h"
 #include "fileops/Errors.h"
 #include "fileops/FileOperations.h"
 #include "fileops/FolderFunctions.h"
-#include "fileops/WorkingFiles.h"
-#include "fileops/txtFunctions.h"
-#include "text/Text.h"
+#include "fileops/Replacing.h"
+#include "paths/Names.h"
+#include "paths/Path.h"
+#include "paths/Roots.h"
+#include "paths/WorkingFiles.h"
+#include "settings/BackupSettings.h"
 
 namespace marlok {
 
 namespace {
 
 bool IsPlainOriginal(const std::string& original) {
-    const bool hasRoot = HasDriveRoot(original) || IsNetworkPath(original);
-    return hasRoot && IsPlainRelativePath(original.substr(HasDriveRoot(original) ? 3 : 0)) && !original.ends_with('\\');
+    const PathRoot root = RootOf(original);
+    const bool hasRoot = root.kind == PathRoot::Kind::drive || root.kind == PathRoot::Kind::network;
+    return hasRoot && IsPlainRelativePath(original.substr(root.kind == PathRoot::Kind::drive ? root.length : 0)) &&
+           !original.ends_with('\\');
 }
 
-/// The shell keeps paths in buffers of 260 UTF-16 units, the terminating zero included; some shells do not look whether
-/// a path fits.
-constexpr std::size_t shellPathLimit = 260;
-
-bool FitsTheShell(const std::string& path) {
-    return text::ToUtf16(path).size() < shellPathLimit;
+bool Exists(FileSystem& files, const std::string& path) {
+    DirectoryEntry entry;
+    return files.GetEntry(path, entry) == error::success;
 }
 
-/// Copies by the shell; where that does not give the whole file (paths too long for it), by the kernel.
-SystemError CopyWhole(Machine& machine, const std::string& from, const std::string& to) {
-    DirectoryEntry wanted;
-    const SystemError seen = machine.files.GetEntry(from, wanted);
-    if (seen != error::success) {
-        return seen;
+bool IsFile(FileSystem& files, const std::string& path) {
+    DirectoryEntry entry;
+    return files.GetEntry(path, entry) == error::success && !entry.IsFolder();
+}
+
+/// Makes the folder of an original.
+bool MakeFolderFor(Machine& machine, const std::string& original) {
+    if (HasThreeLetterExtension(original)) {
+        EnsureFolderFor(machine.files, machine.process, original);
+        return IsDirectoryPath(machine.files, FolderOf(original));
     }
-    DirectoryEntry made;
-    const bool copied = FitsTheShell(from) && FitsTheShell(to) && CopyThisFile(machine.shell, from, to) == 0 &&
-                        machine.files.GetEntry(to, made) == error::success && !made.IsFolder() &&
-                        made.size == wanted.size;
-    return copied ? error::success : machine.files.Copy(from, to, copyflag::none, nullptr);
+    // A file without such an extension would itself be made a folder.
+    return CreateNestedFolders(machine.files, machine.process, FolderOf(original));
+}
+
+std::int16_t Counted(std::int16_t count) {
+    return static_cast<std::int16_t>(CheckedCounter(count + 1));
 }
 
 }  // namespace
@@ -46,19 +56,17 @@ std::string RestoreFile(Machine& machine, const std::string& saved, const std::s
         return "the list of original paths holds no full path for it";
     }
     FileSystem& files = machine.files;
-    DirectoryEntry entry;
-    if (files.GetEntry(original, entry) == error::success && entry.IsFolder()) {
+    if (IsDirectoryPath(files, original)) {
         return "a folder of that name is in its place";
     }
-    const std::string folder = FolderOf(original);
-    if (!CreateNestedFolders(files, machine.process, folder)) {
+    if (!MakeFolderFor(machine, original)) {
         return "its folder is missing and cannot be made";
     }
-    const std::string part = AddBackslash(folder) + std::string(workingfile::part);
+    const std::string part = Join(FolderOf(original), workingfile::part);
     // One that a killed run has left may be read-only.
-    SystemError code = files.GetEntry(part, entry) == error::success ? ForceDelete(files, part) : error::success;
+    SystemError code = Exists(files, part) ? ForceDelete(files, part) : error::success;
     if (code == error::success) {
-        code = CopyWhole(machine, saved, part);
+        code = CopyThisFile(files, saved, part);
     }
     if (code == error::success) {
         code = ForceReplace(files, part, original);
@@ -66,11 +74,47 @@ std::string RestoreFile(Machine& machine, const std::string& saved, const std::s
     if (code == error::success) {
         return "";
     }
-    if (files.GetEntry(part, entry) == error::success) {
-        // It is no harm: the next copy beside it replaces it, and none takes it for a file of the user's.
+    if (Exists(files, part)) {
+        // Harmless: the next copy beside it replaces it, and none takes it for a file of the user's.
         static_cast<void>(ForceDelete(files, part));
     }
     return Describe(machine.system, code);
+}
+
+SystemError RestoreFiles(Machine& machine, const Location& location, const std::vector<std::string>& saved,
+                         RestoreSink& sink, RestoreResult& result) {
+    OriginalPathList list(machine, location);
+    if (list.Load() == OriginalPathList::State::unreadable) {
+        return list.Code();
+    }
+    std::vector<std::string> names;
+    names.reserve(saved.size());
+    for (const std::string& path : saved) {
+        names.push_back(location.RelativeNameOf(path));
+    }
+    const std::vector<std::optional<std::string>> originals = list.FindAll(names);
+    for (std::size_t k = 0; k < saved.size(); ++k) {
+        result.lastNotLocated = false;
+        if (!originals[k]) {
+            result.notListed = Counted(result.notListed);
+            sink.NotListed(saved[k]);
+        } else if (!IsFile(machine.files, saved[k])) {
+            result.notLocated = Counted(result.notLocated);
+            result.lastNotLocated = true;
+            sink.NotLocated(saved[k]);
+        } else {
+            sink.ReplaceBegins(*originals[k]);
+            result.report.written.push_back(*originals[k]);
+            const std::string failure = RestoreFile(machine, saved[k], *originals[k]);
+            if (!failure.empty()) {
+                result.report.Add(saved[k] + " -> " + *originals[k], failure);
+                ++result.report.failed;
+            }
+            sink.Breathe();
+        }
+    }
+    result.nothingToLog = saved.size() == 1 && result.notListed + result.notLocated > 0;
+    return error::success;
 }
 
 }  // namespace marlok

@@ -3,10 +3,11 @@
 #include <charconv>
 #include <optional>
 
-#include "engine/LocationName.h"
-#include "fileops/FolderFunctions.h"
-#include "fileops/WorkingFiles.h"
-#include "fileops/txtFunctions.h"
+#include "fileops/Deleting.h"
+#include "fileops/WholeFiles.h"
+#include "paths/Names.h"
+#include "paths/Path.h"
+#include "paths/WorkingFiles.h"
 #include "text/Text.h"
 
 namespace marlok {
@@ -22,10 +23,6 @@ constexpr std::size_t fieldCount = 5;
 
 /// Disks of removable drives keep times to two seconds.
 constexpr FileTime coarsestTime = 20'000'000;
-
-std::string JournalPath(const std::string& location) {
-    return AddBackslash(location) + std::string(workingfile::journal);
-}
 
 std::string Escape(std::string_view name) {
     constexpr std::string_view digits = "0123456789ABCDEF";
@@ -111,8 +108,8 @@ std::optional<std::vector<JournalEntry>> TakeGroup(std::span<const std::string_v
 
 /// True when the way from the location down to the file's folder is made of plain folders: what is removed then lies in
 /// the location itself.
-bool LiesInside(FileSystem& files, const std::string& location, const std::string& target) {
-    std::string path = AddBackslash(location);
+bool LiesInside(FileSystem& files, const Location& location, const std::string& target) {
+    std::string path = location.Below("");
     const std::vector<std::string_view> components = text::Split(target, "\\");
     for (std::size_t i = 0; i + 1 < components.size(); ++i) {
         path += components[i];
@@ -158,14 +155,14 @@ void RemoveFile(FileSystem& files, const std::string& path, Leftovers& leftovers
 }
 
 /// What one entry of the last group has left: its neighbour, or a torn copy.
-void ClearEntry(FileSystem& files, const std::string& location, const JournalEntry& entry, Leftovers& leftovers) {
-    const std::string path = AddBackslash(location) + entry.target;
+void ClearEntry(FileSystem& files, const Location& location, const JournalEntry& entry, Leftovers& leftovers) {
+    const std::string path = location.Below(entry.target);
     if (!LiesInside(files, location, entry.target)) {
         return;
     }
     DirectoryEntry saved;
     if (entry.replaces) {
-        RemoveFile(files, AddBackslash(FolderOf(path)) + std::string(workingfile::part), leftovers);
+        RemoveFile(files, Join(FolderOf(path), workingfile::part), leftovers);
     } else if (IsFile(files, path, saved) && !IsWhole(saved, entry) && !IsLastCopy(files, saved, entry)) {
         RemoveFile(files, path, leftovers);
     }
@@ -194,7 +191,7 @@ std::vector<std::vector<JournalEntry>> ParseJournal(std::string_view text) {
     return groups;
 }
 
-RunJournal::RunJournal(FileSystem& files, const std::string& location) : files_(files), path_(JournalPath(location)) {}
+RunJournal::RunJournal(FileSystem& files, const Location& location) : files_(files), path_(location.Journal()) {}
 
 SystemError RunJournal::Record(std::span<const JournalEntry> group) {
     if (!file_) {
@@ -221,11 +218,11 @@ SystemError RunJournal::Finish() {
     return saved != error::success ? saved : code;
 }
 
-Leftovers ClearLeftovers(FileSystem& files, const std::string& location) {
+Leftovers ClearLeftovers(FileSystem& files, const Location& location) {
     Leftovers leftovers;
-    RemoveFile(files, AddBackslash(location) + std::string(workingfile::newText), leftovers);
+    RemoveFile(files, location.Below(workingfile::newText), leftovers);
     std::string text;
-    if (ReadWholeFile(files, JournalPath(location), text) != error::success) {
+    if (ReadWholeFile(files, location.Journal(), text) != error::success) {
         return leftovers;
     }
     std::vector<std::vector<JournalEntry>> groups = ParseJournal(text);
@@ -240,7 +237,7 @@ Leftovers ClearLeftovers(FileSystem& files, const std::string& location) {
     for (const auto& group : groups) {
         for (const JournalEntry& entry : group) {
             DirectoryEntry saved;
-            if (IsFile(files, AddBackslash(location) + entry.target, saved) && IsWhole(saved, entry)) {
+            if (IsFile(files, location.Below(entry.target), saved) && IsWhole(saved, entry)) {
                 leftovers.originals.push_back(entry.source);
             }
         }
@@ -248,9 +245,8 @@ Leftovers ClearLeftovers(FileSystem& files, const std::string& location) {
     return leftovers;
 }
 
-SystemError RemoveJournal(FileSystem& files, const std::string& location) {
-    const std::string journal = JournalPath(location);
-    return Exists(files, journal) ? ForceDelete(files, journal) : error::success;
+SystemError RemoveJournal(FileSystem& files, const Location& location) {
+    return Exists(files, location.Journal()) ? ForceDelete(files, location.Journal()) : error::success;
 }
 
 }  // namespace marlok

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "paths/Location.h"
 #include "platform/FileSystem.h"
 
 namespace marlok {
@@ -25,7 +26,7 @@ struct JournalEntry {
 class RunJournal {
  public:
     /// Nothing is written before the first Record. `files` must outlive this object.
-    RunJournal(FileSystem& files, const std::string& location);
+    RunJournal(FileSystem& files, const Location& location);
 
     /// Writes down a group of copies that are about to begin, all earlier ones being done. On failure none of them may
     /// be written straight to its place.
@@ -59,10 +60,10 @@ struct Leftovers {
 /// named in the last group can be torn; a journal whose own last group is incomplete ends with the group before.
 /// Nothing is removed outside the location nor through a link in it, whatever the journal says. The journal itself
 /// stays: see RemoveJournal.
-[[nodiscard]] Leftovers ClearLeftovers(FileSystem& files, const std::string& location);
+[[nodiscard]] Leftovers ClearLeftovers(FileSystem& files, const Location& location);
 
 /// Removes a journal that was dealt with; no journal is no error.
-[[nodiscard]] SystemError RemoveJournal(FileSystem& files, const std::string& location);
+[[nodiscard]] SystemError RemoveJournal(FileSystem& files, const Location& location);
 
 /// The journal's text for one group, and the groups of a journal's text; a damaged group and all that follow are left
 /// out.

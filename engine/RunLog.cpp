@@ -3,8 +3,12 @@
 #include <array>
 #include <cstdio>
 
-#include "fileops/FolderFunctions.h"
-#include "fileops/txtFunctions.h"
+#include "fileops/Deleting.h"
+#include "fileops/Errors.h"
+#include "fileops/WholeFiles.h"
+#include "paths/Path.h"
+#include "paths/ProgramFiles.h"
+#include "settings/BackupSettings.h"
 
 namespace marlok {
 
@@ -16,6 +20,13 @@ constexpr std::array<const char*, 12> monthNames{"Jan", "Feb", "Mar", "Apr", "Ma
                                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 }  // namespace
+
+const LogForm interactiveLog{"Total files copied ", " ", " was ", programfile::runLog, "Backup Log File",
+                             "Backup Log File",     true};
+const LogForm unattendedLog{"Total files copied ", " At ", " Was ", programfile::runLog, "Backup Log File",
+                            "Backup Log File",     true};
+const LogForm replacementLog{"Total files replaced ", " At ", " was ", programfile::replacedLog, "Replaced File Log",
+                             "Replaced Log File",     false};
 
 std::string FormatLogDate(const LocalTime& time) {
     return std::string(dayNames.at(static_cast<std::size_t>(time.weekday))) + ", " +
@@ -30,13 +41,13 @@ std::string FormatLogTime(const LocalTime& time) {
     return text.data();
 }
 
-std::string LogText(const std::string& header, const forms::ListBox& lines) {
+std::string LogText(const std::string& header, const std::vector<std::string>& lines) {
     std::string text = header + "\r\n";
-    if (lines.ListCount() == 0) {
+    if (lines.empty()) {
         return text;
     }
     text += "\r\n";
-    for (const std::string& line : lines.Items()) {
+    for (const std::string& line : lines) {
         if (IsEndMark(line)) {
             break;
         }
@@ -45,23 +56,58 @@ std::string LogText(const std::string& header, const forms::ListBox& lines) {
     return text;
 }
 
-SystemError WriteLog(Program& program, const std::string& path, const std::string& text) {
-    return SaveWholeFile(program.machine.files, path, text);
-}
-
-SystemError MakeDesktopShortcut(Program& program, const std::string& logPath, const std::string& name,
-                                const std::string& description) {
-    const std::string desktop = program.machine.shell.DesktopFolder();
+SystemError MakeDesktopShortcut(Machine& machine, const LogForm& form) {
+    const std::string desktop = machine.shell.DesktopFolder();
     if (desktop.empty()) {
         return error::pathNotFound;
     }
+    const ProgramFolder folder(machine.process.ProgramFolder());
     Shortcut shortcut;
-    shortcut.path = AddBackslash(desktop) + name + ".lnk";
-    shortcut.targetPath = logPath;
-    shortcut.iconLocation = program.gAppFolder + "Marlok Backup.exe, 0";
-    shortcut.description = description;
-    shortcut.workingDirectory = program.gAppFolder;
-    return program.machine.shell.SaveShortcut(shortcut);
+    shortcut.path = Join(desktop, std::string(form.shortcut) + ".lnk");
+    shortcut.targetPath = folder.PathOf(form.file);
+    shortcut.iconLocation = folder.PathOf(programfile::program) + ", 0";
+    shortcut.description = form.description;
+    shortcut.workingDirectory = folder.WithBackslash();
+    return machine.shell.SaveShortcut(shortcut);
+}
+
+SystemError WriteErrorLog(Machine& machine, const RunReport& report) {
+    const std::string path = ProgramFolder(machine.process.ProgramFolder()).PathOf(programfile::errorLog);
+    if (report.Lines().empty()) {
+        // Usually there is none; one that cannot be removed is an old report and harms nobody.
+        static_cast<void>(ForceDelete(machine.files, path));
+        return error::success;
+    }
+    const std::string text = ErrorLogText(machine.system, report);
+    const SystemError code = SaveWholeFile(machine.files, path, text);
+    if (code != error::success) {
+        machine.process.WriteError(path + ": " + Describe(machine.system, code));
+        machine.process.WriteError(text);
+    }
+    return code;
+}
+
+int FinishRun(Machine& machine, const LogForm& form, RunReport& report) {
+    const LocalTime now = machine.clock.Now();
+    const std::string header = form.beforeDate + FormatLogDate(now) + form.beforeTime + FormatLogTime(now) +
+                               form.beforeCount + std::to_string(report.written.size());
+    const std::string log = ProgramFolder(machine.process.ProgramFolder()).PathOf(form.file);
+    const SystemError written = SaveWholeFile(machine.files, log, LogText(header, report.written));
+    if (written != error::success) {
+        report.Add(log, written);
+    }
+    const SystemError linked = MakeDesktopShortcut(machine, form);
+    if (linked != error::success) {
+        report.Add(std::string(form.shortcut) + ".lnk", linked);
+    }
+    const int exitCode = report.Lines().empty() ? exitcode::allDone : exitcode::somethingFailed;
+    if (form.clearsErrorLog || !report.Lines().empty()) {
+        const SystemError told = WriteErrorLog(machine, report);
+        if (told != error::success) {
+            report.Add(programfile::errorLog, told);
+        }
+    }
+    return exitCode;
 }
 
 }  // namespace marlok

@@ -1,13 +1,35 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
-#include "engine/Program.h"
-#include "forms/Controls.h"
+#include "engine/RunReport.h"
 #include "platform/Clock.h"
+#include "platform/Machine.h"
 
-/// The run log and the desktop shortcut to it.
+/// The log that every run ends with, and the desktop shortcut to it.
 namespace marlok {
+
+/// What an ended program tells whoever started it.
+namespace exitcode {
+inline constexpr int allDone = 0;
+inline constexpr int somethingFailed = 1;  ///< something could not be copied; "Backup Error Log.txt" names it
+inline constexpr int nothingRan = 2;       ///< configuration incomplete, another instance running, run-time error
+}  // namespace exitcode
+
+/// What the logs of the kinds of runs differ in.
+struct LogForm {
+    const char* beforeDate;
+    const char* beforeTime;
+    const char* beforeCount;
+    const char* file;         ///< of the log, beside the program
+    const char* shortcut;     ///< file name of the shortcut, without its extension
+    const char* description;  ///< of the shortcut
+    bool clearsErrorLog;  ///< a run without failures removes the error log; else it tells what is not saved, and stays
+};
+extern const LogForm interactiveLog;  ///< a run that a person watches
+extern const LogForm unattendedLog;
+extern const LogForm replacementLog;  ///< saved files copied back over their originals
 
 /// "Sunday, Nov 15 2026": English names whatever the user's language.
 [[nodiscard]] std::string FormatLogDate(const LocalTime& time);
@@ -17,13 +39,17 @@ namespace marlok {
 
 /// The text of a log: `header`, and when `lines` holds any, an empty line and its items up to the first that is "" or
 /// "0". Every line ends in a carriage return and a line feed.
-[[nodiscard]] std::string LogText(const std::string& header, const forms::ListBox& lines);
+[[nodiscard]] std::string LogText(const std::string& header, const std::vector<std::string>& lines);
 
-/// Writes a text file of the program as a whole; `error::success` or why it could not be written.
-[[nodiscard]] SystemError WriteLog(Program& program, const std::string& path, const std::string& text);
+/// Puts a shortcut to the log on the desktop, replacing an older one.
+[[nodiscard]] SystemError MakeDesktopShortcut(Machine& machine, const LogForm& form);
 
-/// Puts a shortcut to `logPath` on the desktop, replacing an older one: its file is called `name` and ".lnk".
-[[nodiscard]] SystemError MakeDesktopShortcut(Program& program, const std::string& logPath, const std::string& name,
-                                              const std::string& description);
+/// Writes the report's error log beside the program, one line for each line of the report; removes the file when there
+/// is none. When it cannot be written, standard error receives the lines.
+SystemError WriteErrorLog(Machine& machine, const RunReport& report);
+
+/// Ends a run: writes its log with the paths in `report.written`, the shortcut to the log, and the error log. What
+/// could not be written becomes a line of the report. Returns the exit code.
+int FinishRun(Machine& machine, const LogForm& form, RunReport& report);
 
 }  // namespace marlok

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "engine/Program.h"
 #include "platform/SystemError.h"
+#include "platform/SystemInfo.h"
 
 namespace marlok {
 
@@ -16,6 +16,9 @@ class RunReport {
     std::uint64_t copied = 0;
     std::uint64_t unchanged = 0;
     std::uint64_t failed = 0;
+
+    /// Full paths of the files that were written, in their order: saved copies, or originals put back.
+    std::vector<std::string> written;
 
     /// Something that could not be done: a path and the reason. Files are counted apart from this.
     struct Line {
@@ -33,8 +36,10 @@ class RunReport {
     std::vector<Line> lines_;
 };
 
-/// Writes "Backup Error Log.txt" beside the program, one line for each line of the report; removes the file when there
-/// is none. When it cannot be written, standard error receives the lines.
-void WriteErrorLog(Program& program, const RunReport& report);
+/// The reason of a line, as a sentence for the user.
+[[nodiscard]] std::string ReasonOf(SystemInfo& system, const RunReport::Line& line);
+
+/// The lines of a report as the error log has them: path, colon, reason.
+[[nodiscard]] std::string ErrorLogText(SystemInfo& system, const RunReport& report);
 
 }  // namespace marlok

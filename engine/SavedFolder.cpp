@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "fileops/FolderFunctions.h"
+#include "paths/Path.h"
 #include "text/Text.h"
 
 namespace marlok {

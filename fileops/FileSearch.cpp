@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "fileops/FolderFunctions.h"
-#include "fileops/WorkingFiles.h"
+#include "paths/Path.h"
+#include "paths/WorkingFiles.h"
 #include "text/Text.h"
 
 namespace marlok {
@@ -38,21 +38,17 @@ bool Matches(std::u16string_view name, std::u16string_view pattern) {
 
 class Searcher {
  public:
-    Searcher(FileSystem& files, SearchSpec& spec, forms::ListBox* fileList, FoundFolders* folders,
-             const bool& gSearchOn, const std::function<void()>& meanwhile)
+    Searcher(FileSystem& files, SearchSpec& spec, const SearchSink& sink)
         : files_(files),
           spec_(spec),
-          fileList_(fileList),
-          folders_(spec.listFolders ? folders : nullptr),
-          gSearchOn_(gSearchOn),
-          meanwhile_(meanwhile),
+          sink_(sink),
           everything_(spec.pattern == "*.*" || spec.pattern == "*"),
           pattern_(text::ToUtf16(spec.pattern)) {}
 
     /// An explicit stack: folders may be nested deeper than calls can be.
-    void Run() {
+    FoundFolders Run() {
         Enter(AddBackslash(spec_.folder), none);
-        while (!open_.empty() && gSearchOn_) {
+        while (!open_.empty() && (!sink_.goOn || sink_.goOn())) {
             Level& level = open_.back();
             if (level.code != error::success) {
                 if (level.code != error::noMoreFiles) {
@@ -65,10 +61,8 @@ class Searcher {
             const std::string path = level.folder + entry.name;
             level.code = level.search->Next(level.next);
             Take(entry, path, level.number);
-            if (meanwhile_) {
-                meanwhile_();
-            }
         }
+        return std::move(folders_);
     }
 
  private:
@@ -94,15 +88,15 @@ class Searcher {
 
     /// Marks the folder and those it lies in. What is marked has been passed upwards already.
     void MarkHolding(std::size_t number) {
-        if (folders_ == nullptr) {
+        if (!spec_.listFolders) {
             return;
         }
         for (std::size_t i = open_.size(); i > 0; --i) {
             const std::size_t at = open_[i - 1].number;
-            if (at == none || (at != number && folders_->holdsFiles[at])) {
+            if (at == none || (at != number && folders_.holdsFiles[at])) {
                 return;
             }
-            folders_->holdsFiles[at] = true;
+            folders_.holdsFiles[at] = true;
         }
     }
 
@@ -117,10 +111,10 @@ class Searcher {
             }
             ++spec_.folderCount;
             std::size_t number = none;
-            if (folders_ != nullptr) {
-                number = folders_->paths.size();
-                folders_->paths.push_back(path);
-                folders_->holdsFiles.push_back(false);
+            if (spec_.listFolders) {
+                number = folders_.paths.size();
+                folders_.paths.push_back(path);
+                folders_.holdsFiles.push_back(false);
             }
             Enter(path + "\\", number);
             return;
@@ -130,27 +124,24 @@ class Searcher {
             return;
         }
         ++spec_.fileCount;
-        if (fileList_ != nullptr) {
-            fileList_->AddItem(path);
+        if (sink_.found) {
+            sink_.found(path);
         }
     }
 
     FileSystem& files_;
     SearchSpec& spec_;
-    forms::ListBox* fileList_;
-    FoundFolders* folders_;
-    const bool& gSearchOn_;
-    const std::function<void()>& meanwhile_;
+    const SearchSink& sink_;
     bool everything_;
     std::u16string pattern_;
     std::vector<Level> open_;
+    FoundFolders folders_;
 };
 
 }  // namespace
 
-void SearchFiles(FileSystem& files, SearchSpec& spec, forms::ListBox* fileList, FoundFolders* folders,
-                 const bool& gSearchOn, const std::function<void()>& meanwhile) {
-    Searcher(files, spec, fileList, folders, gSearchOn, meanwhile).Run();
+FoundFolders SearchFiles(FileSystem& files, SearchSpec& spec, const SearchSink& sink) {
+    return Searcher(files, spec, sink).Run();
 }
 
 }  // namespace marlok

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "forms/Controls.h"
 #include "platform/FileSystem.h"
 
 namespace marlok {
@@ -25,12 +24,16 @@ struct FoundFolders {
     std::vector<bool> holdsFiles;  ///< at any depth; true also for what could not be listed, and for links
 };
 
+/// What a search tells, and asks, while it goes on.
+struct SearchSink {
+    std::function<void(std::string path)> found;  ///< a file, by its full path; may be empty
+    std::function<bool()> goOn;                   ///< asked at each entry: false ends the search; may be empty
+};
+
 /// Finds every file at any depth below a folder, in the order in which the file system lists entries, each folder being
-/// entered as it is met. Full paths of files are added to `fileList`; folders to `folders`, when they are to be listed;
-/// either may be null. Stops at the next entry when `gSearchOn` is false. Left out: the program's working files, and
-/// what lies behind folder links, which is not in the folder. A folder that cannot be listed counts as empty.
-/// `meanwhile`, when it is not empty, is called for each entry.
-void SearchFiles(FileSystem& files, SearchSpec& spec, forms::ListBox* fileList, FoundFolders* folders,
-                 const bool& gSearchOn, const std::function<void()>& meanwhile = {});
+/// entered as it is met. Returns the folders, when they are to be listed. Left out: the program's working files, and
+/// what lies behind folder links, which is not in the folder. A folder that cannot be listed counts as one without
+/// files for the counts, and as one with files in `holdsFiles`.
+FoundFolders SearchFiles(FileSystem& files, SearchSpec& spec, const SearchSink& sink);
 
 }  // namespace marlok

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <limits>
-#include <memory>
 #include <utility>
 
-#include "fileops/FolderFunctions.h"
+#include "fileops/FolderListing.h"
+#include "paths/Path.h"
+#include "paths/Roots.h"
 #include "platform/RuntimeError.h"
-#include "text/Text.h"
 
 namespace marlok {
 
@@ -23,124 +23,107 @@ struct FoundFolder {
 /// One folder on the way from the root to where the scan is. `finalPath` is its path with links resolved, so that a
 /// link back to any folder of the way is known for what it is.
 struct Level {
-    forms::Node* node;
-    std::string path;  ///< with "\" at its end
+    std::size_t folder;  ///< index among the folders found
     std::string finalPath;
-    std::vector<FoundFolder> folders;
+    std::vector<FoundFolder> below;
     std::size_t next = 0;
 };
 
-std::string FinalPathOf(FileSystem& files, const std::string& path) {
-    std::string finalPath;
-    return files.FinalPath(path, finalPath) == error::success ? finalPath : WithoutBackslash(path);
-}
+class Scanner {
+ public:
+    Scanner(FileSystem& files, const ScanOptions& options) : files_(files), options_(options) {}
 
-/// What one listing of a folder gives.
-struct Listing {
-    std::vector<FoundFolder> folders;
-    std::vector<DirectoryEntry> files;
-};
-
-void Sort(DirectoryEntry&& entry, Listing& listing) {
-    if (!entry.IsFolder()) {
-        entry.alternateName.clear();  // only saved copies are looked up by it
-        listing.files.push_back(std::move(entry));
-        return;
-    }
-    const std::string name = TrimAtNull(entry.name);
-    if (name == "." || name == "..") {
-        return;
-    }
-    if (listing.folders.size() == mostFolders) {
-        throw RuntimeError(runtimeerror::overflow, "Overflow");
-    }
-    listing.folders.push_back({name, entry.IsLink()});
-}
-
-/// The folders directly in `path`. Gathered before any of them is entered: one open search for the whole scan.
-std::vector<FoundFolder> ListFolders(FolderScan& scan, const std::string& path) {
-    Listing listing;
-    std::unique_ptr<FolderSearch> search;
-    DirectoryEntry entry;
-    SystemError code = scan.files.FindFirst(path + "*.*", search, entry);
-    if (code != error::success) {
-        // Nothing matches: the root of an empty drive.
-        if (code != error::fileNotFound) {
-            scan.unlisted.push_back({WithoutBackslash(path), code});
+    FolderScan Run(const std::string& root) {
+        Enter({root, ScannedFolder::noParent, root.size(), {}}, FinalPathOf(root));
+        while (!way_.empty()) {
+            Level& level = way_.back();
+            if (level.next == level.below.size()) {
+                way_.pop_back();
+            } else {
+                Descend(level, level.below[level.next++]);
+            }
         }
-        return {};
+        return std::move(scan_);
     }
-    if (!entry.IsFolder()) {
-        Sort(std::move(entry), listing);
-    } else if (entry.name != "." && entry.name != "..") {
-        scan.missed.push_back(path + entry.name);
-    }
-    entry = DirectoryEntry();
-    while ((code = search->Next(entry)) == error::success) {
-        Sort(std::move(entry), listing);
-        entry = DirectoryEntry();
-    }
-    if (code != error::noMoreFiles) {
-        scan.unlisted.push_back({WithoutBackslash(path), code});
-    } else if (scan.listed != nullptr) {
-        scan.listed->Keep(path, std::move(listing.files));
-    }
-    return std::move(listing.folders);
-}
 
-/// True when a link to `target` may be descended: its target is neither a folder of the way nor above one.
-bool MayDescend(const std::vector<Level>& way, const std::string& target) {
-    return std::ranges::none_of(way, [&target](const Level& level) { return IsAtOrBelow(level.finalPath, target); });
-}
-
-Level Enter(FolderScan& scan, forms::Node& node, const std::string& path, std::string finalPath) {
-    Level level{&node, AddBackslash(path), std::move(finalPath), {}, 0};
-    level.folders = ListFolders(scan, level.path);
-    if (scan.meanwhile) {
-        scan.meanwhile();
+ private:
+    /// By value: entering a folder moves the levels.
+    void Descend(const Level& level, const FoundFolder folder) {
+        const std::string path = Join(scan_.folders[level.folder].path, folder.name);
+        std::string finalPath = folder.link ? FinalPathOf(path) : Join(level.finalPath, folder.name);
+        if (folder.link && !MayDescend(finalPath)) {
+            return;
+        }
+        if (!options_.locationFinalPath.empty() && IsAtOrBelow(finalPath, options_.locationFinalPath)) {
+            return;
+        }
+        Enter({path, level.folder, folder.name.size(), {}}, std::move(finalPath));
     }
-    return level;
-}
+
+    void Enter(ScannedFolder folder, std::string finalPath) {
+        const std::size_t index = scan_.folders.size();
+        scan_.folders.push_back(std::move(folder));
+        std::vector<FoundFolder> below = ListInto(scan_.folders.back());
+        way_.push_back({index, std::move(finalPath), std::move(below)});
+        if (options_.meanwhile) {
+            options_.meanwhile();
+        }
+    }
+
+    /// Keeps the files of `folder` and returns its folders. Gathered before any of them is entered: one open search for
+    /// the whole scan.
+    std::vector<FoundFolder> ListInto(ScannedFolder& folder) {
+        std::vector<FoundFolder> below;
+        std::vector<DirectoryEntry> found;
+        bool first = HasDriveRoot(folder.path) && IsRoot(folder.path);
+        const SystemError code = ListFolder(files_, folder.path, [&](DirectoryEntry& entry) {
+            if (!entry.IsFolder()) {
+                entry.alternateName.clear();  // only saved copies are looked up by it
+                found.push_back(std::move(entry));
+            } else if (first) {
+                scan_.missed.push_back(Join(folder.path, entry.name));
+            } else if (below.size() == mostFolders) {
+                throw RuntimeError(runtimeerror::overflow, "Overflow");
+            } else {
+                below.push_back({TrimAtNull(entry.name), entry.IsLink()});
+            }
+            first = false;
+            return true;
+        });
+        if (code != error::success) {
+            scan_.unlisted.push_back({WithoutBackslash(folder.path), code});
+        } else if (kept_ + found.size() <= options_.entriesKept) {
+            kept_ += found.size();
+            folder.files = std::move(found);
+        }
+        return below;
+    }
+
+    /// True when a link to `target` may be descended: its target is neither a folder of the way nor above one.
+    [[nodiscard]] bool MayDescend(const std::string& target) const {
+        return std::ranges::none_of(way_, [&](const Level& level) { return IsAtOrBelow(level.finalPath, target); });
+    }
+
+    [[nodiscard]] std::string FinalPathOf(const std::string& path) {
+        std::string finalPath;
+        return files_.FinalPath(path, finalPath) == error::success ? finalPath : WithoutBackslash(path);
+    }
+
+    FileSystem& files_;
+    const ScanOptions& options_;
+    FolderScan scan_;
+    std::vector<Level> way_;
+    std::size_t kept_ = 0;
+};
 
 }  // namespace
 
-bool IsAtOrBelow(std::string_view path, std::string_view folder) {
-    const std::string inner = text::Fold(AddBackslash(path));
-    return inner.starts_with(text::Fold(AddBackslash(folder)));
+FolderScan ScanFolders(FileSystem& files, const std::string& root, const ScanOptions& options) {
+    return Scanner(files, options).Run(WithoutBackslash(root));
 }
 
 std::string TrimAtNull(std::string_view text) {
     return std::string(text.substr(0, text.find('\0')));
-}
-
-void AddChildFolders(FolderScan& scan, forms::TreeView& tree, forms::Node& node, forms::ListBox* list) {
-    const std::string root = node.FullPath();
-    std::vector<Level> way;
-    way.push_back(Enter(scan, node, root, FinalPathOf(scan.files, root)));
-    while (!way.empty()) {
-        Level& level = way.back();
-        if (level.next == level.folders.size()) {
-            level.node->Sorted = scan.gNodesSorted;
-            level.node->Expanded = scan.gNodesExpanded;
-            way.pop_back();
-            continue;
-        }
-        const FoundFolder& folder = level.folders[level.next++];
-        const std::string path = level.path + folder.name;
-        std::string finalPath =
-            folder.link ? FinalPathOf(scan.files, path) : AddBackslash(level.finalPath) + folder.name;
-        if (folder.link && !MayDescend(way, finalPath)) {
-            continue;
-        }
-        if (!scan.locationFinalPath.empty() && IsAtOrBelow(finalPath, scan.locationFinalPath)) {
-            continue;
-        }
-        forms::Node& child = tree.Add(level.node, path + "Dir", folder.name);
-        if (list != nullptr) {
-            list->AddItem(path);
-        }
-        way.push_back(Enter(scan, child, path, std::move(finalPath)));
-    }
 }
 
 }  // namespace marlok

@@ -17,6 +17,10 @@ struct Area {
     [[nodiscard]] Area TakeLeft(int size, int gap = 0);
     [[nodiscard]] Area TakeRight(int size, int gap = 0);
 
+    /// Leaves a strip empty.
+    void SkipTop(int size) { static_cast<void>(TakeTop(size)); }
+    void SkipBottom(int size) { static_cast<void>(TakeBottom(size)); }
+
     /// The area without a margin on all four sides.
     [[nodiscard]] Area Inside(int margin) const;
 };

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace marlok::forms {
@@ -50,6 +51,9 @@ class Property {
     [[nodiscard]] const T& Get() const { return value_; }
 
     Property& operator=(T value);
+
+    /// A text may be given as a literal.
+    Property& operator=(const char* text) requires std::is_same_v<T, std::string> { return *this = std::string(text); }
 
  private:
     Control& owner_;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "paths/Path.h"
 #include "text/Text.h"
 
 namespace marlok::forms {
@@ -12,13 +13,6 @@ namespace {
 
 /// Blanks before the name of a folder for each folder that it lies in.
 constexpr std::size_t indentation = 3;
-
-/// Characters of a drive root ("C:\").
-constexpr std::size_t rootLength = 3;
-
-std::string WithBackslash(const std::string& path) {
-    return path.ends_with('\\') ? path : path + '\\';
-}
 
 /// What the drive's kind is called where its volume has no name to show.
 const char* KindName(Drive::Kind kind) {
@@ -52,7 +46,7 @@ std::vector<std::string> NamesIn(FileSystem& files, const std::string& folder, b
     std::vector<std::pair<std::string, std::string>> found;  // folded for sorting, and as it is
     std::unique_ptr<FolderSearch> search;
     DirectoryEntry entry;
-    SystemError code = files.FindFirst(WithBackslash(folder) + "*", search, entry);
+    SystemError code = files.FindFirst(Join(folder, "*"), search, entry);
     while (code == error::success) {
         const bool isProtected = (entry.attributes & protectedBits) == protectedBits;
         if (entry.IsFolder() == folders && entry.name != "." && entry.name != ".." && !isProtected) {
@@ -67,24 +61,6 @@ std::vector<std::string> NamesIn(FileSystem& files, const std::string& folder, b
         names.push_back(std::move(name));
     }
     return names;
-}
-
-/// The folders from the root of `path` down to it, `path` included.
-std::vector<std::string> FoldersOnTheWay(const std::string& path) {
-    std::vector<std::string> way;
-    std::size_t start = rootLength;
-    if (path.starts_with("\\\\")) {
-        // "\\server\share" is the root of a network path.
-        const std::size_t share = path.find('\\', 2);
-        start = share == std::string::npos ? path.size() : path.find('\\', share + 1);
-        start = std::min(start, path.size());
-    }
-    way.push_back(path.substr(0, start));
-    for (std::size_t end = start; end < path.size();) {
-        end = std::min(path.find('\\', end + 1), path.size());
-        way.push_back(path.substr(0, end));
-    }
-    return way;
 }
 
 std::string LastName(const std::string& path) {
@@ -167,7 +143,7 @@ void DirListBox::Fill() {
     const std::string indent(paths_.size() * indentation, ' ');
     for (const std::string& name : NamesIn(files_, path_, true)) {
         AddItem(indent + name);
-        paths_.push_back(WithBackslash(path_) + name);
+        paths_.push_back(Join(path_, name));
     }
     SelectQuietly(openLine);
 }

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <limits>
 
-#include "fileops/FolderFunctions.h"
 #include "platform/RuntimeError.h"
 
 namespace marlok {
@@ -58,28 +57,32 @@ bool BackupSettings::SaveList(const std::string& section, const std::string& wor
     return stored;
 }
 
-std::vector<std::string> BackupSettings::Locations() {
-    return ReadList(locationSection, locationWord);
+std::vector<Location> BackupSettings::Locations() {
+    std::vector<Location> locations;
+    for (const std::string& path : ReadList(locationSection, locationWord)) {
+        locations.emplace_back(path);
+    }
+    return locations;
 }
 
-std::vector<std::string> BackupSettings::Sources(const std::string& location) {
-    return ReadList(PathAfterRoot(location), sourceWord);
+std::vector<std::string> BackupSettings::Sources(const Location& location) {
+    return ReadList(location.Section(), sourceWord);
 }
 
-std::string BackupSettings::Location(int number) {
+std::string BackupSettings::LocationAt(int number) {
     return settings_.GetSetting(locationSection, ValueName(locationWord, number), endMark);
 }
 
-std::string BackupSettings::Source(const std::string& location, int number) {
-    return settings_.GetSetting(PathAfterRoot(location), ValueName(sourceWord, number), endMark);
+std::string BackupSettings::SourceAt(const Location& location, int number) {
+    return settings_.GetSetting(location.Section(), ValueName(sourceWord, number), endMark);
 }
 
 bool BackupSettings::AnyLocation() {
-    return !IsEndMark(Location(firstEntryNumber));
+    return !IsEndMark(LocationAt(firstEntryNumber));
 }
 
-bool BackupSettings::AnySource(const std::string& location) {
-    return !IsEndMark(Source(location, firstEntryNumber));
+bool BackupSettings::AnySource(const Location& location) {
+    return !IsEndMark(SourceAt(location, firstEntryNumber));
 }
 
 bool BackupSettings::SaveLocations(const std::vector<std::string>& locations) {
@@ -93,8 +96,8 @@ bool BackupSettings::SaveLocations(const std::vector<std::string>& locations) {
     return SaveList(locationSection, locationWord, kept);
 }
 
-bool BackupSettings::SaveSources(const std::string& location, const std::vector<std::string>& sources) {
-    return SaveList(PathAfterRoot(location), sourceWord, sources);
+bool BackupSettings::SaveSources(const Location& location, const std::vector<std::string>& sources) {
+    return SaveList(location.Section(), sourceWord, sources);
 }
 
 }  // namespace marlok

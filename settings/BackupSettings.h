@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "paths/Location.h"
 #include "settings/CRegSettings.h"
 
 namespace marlok {
@@ -22,22 +23,22 @@ class BackupSettings {
     explicit BackupSettings(CRegSettings& settings) : settings_(settings) {}
 
     /// @throws RuntimeError 6 for more than 32,765 entries; so do all readers of lists.
-    [[nodiscard]] std::vector<std::string> Locations();
-    [[nodiscard]] std::vector<std::string> Sources(const std::string& location);
+    [[nodiscard]] std::vector<Location> Locations();
+    [[nodiscard]] std::vector<std::string> Sources(const Location& location);
 
     /// One entry of a list, by the number in its name; the end mark when there is none.
-    [[nodiscard]] std::string Location(int number);
-    [[nodiscard]] std::string Source(const std::string& location, int number);
+    [[nodiscard]] std::string LocationAt(int number);
+    [[nodiscard]] std::string SourceAt(const Location& location, int number);
 
     [[nodiscard]] bool AnyLocation();
-    [[nodiscard]] bool AnySource(const std::string& location);
+    [[nodiscard]] bool AnySource(const Location& location);
 
-    /// Rewrites the locations up to the first that is "" or "0". False when the settings do not hold them now; so does
-    /// the other.
-    bool SaveLocations(const std::vector<std::string>& locations);
+    /// Rewrites the locations, given by their paths, up to the first that is "" or "0". False when the settings do not
+    /// hold them now; so does the other.
+    [[nodiscard]] bool SaveLocations(const std::vector<std::string>& locations);
 
     /// Rewrites the sources of a location.
-    bool SaveSources(const std::string& location, const std::vector<std::string>& sources);
+    [[nodiscard]] bool SaveSources(const Location& location, const std::vector<std::string>& sources);
 
  private:
     [[nodiscard]] std::vector<std::string> ReadList(const std::string& section, const std::string& word);

@@ -151,11 +151,6 @@ std::string_view Right(std::string_view text, std::size_t count) {
     return text.substr(start);
 }
 
-bool HasThreeLetterExtension(std::string_view path) {
-    const std::string_view tail = Right(path, 4);
-    return CharacterCount(tail) == 4 && tail.front() == '.';
-}
-
 bool IsUtf8(std::string_view text) {
     for (std::size_t i = 0; i < text.size();) {
         const Decoded decoded = DecodeAt(text, i);

@@ -25,9 +25,6 @@ namespace marlok::text {
 /// The last `count` characters; the whole text when it is shorter.
 [[nodiscard]] std::string_view Right(std::string_view text, std::size_t count);
 
-/// True when the fourth character from the end is ".", the mark of a three-letter extension.
-[[nodiscard]] bool HasThreeLetterExtension(std::string_view path);
-
 /// True when `text` is well-formed UTF-8. Encoded surrogates are accepted (see above).
 [[nodiscard]] bool IsUtf8(std::string_view text);
 

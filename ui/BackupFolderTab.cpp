@@ -1,12 +1,12 @@
-#include "engine/LocationName.h"
+#include "ui/BackupFolderTab.h"
+
 #include "fileops/FolderFunctions.h"
 #include "forms/Measures.h"
+#include "paths/Path.h"
 #include "platform/RuntimeError.h"
 #include "text/Text.h"
-#include "ui/Texts.h"
 #include "ui/frmSSTab.h"
 
-/// The tab "Backup Folder": the list of backup locations.
 namespace marlok::ui {
 
 namespace {
@@ -33,91 +33,77 @@ bool Holds(const forms::ListBox& list, const std::string& path) {
 
 }  // namespace
 
-void frmSSTab::ConnectBackupFolder() {
-    Drive1.Change = [this] { Drive1_Change(); };
-    Dir1.Change = [this] { Dir1_Change(); };
-    Dir1.Click = [this] { Dir1_Click(); };
-    Command1.Click = [this] { Command1_Click(); };
-    Command12.Click = [this] { Command12_Click(); };
-    List3.DblClick = [this] { List3_DblClick(); };
-}
-
-void frmSSTab::EnterBackupFolder() {
-    Drive1.Refresh();
-    File1.Refresh();
-    Dir1.Refresh();
-    Command1.Enabled = false;
-    Command12.Enabled = false;
-    Command8.Caption = std::string(texts::selectBackup);
-    if (!FillLocations(List3)) {
-        List3.InsertItem(0, texts::noFolder);
-        SSTab1.SetTabEnabled(tab::reviewSaved, false);
-        SSTab1.SetTabEnabled(tab::filesToBackup, false);
+void BackupFolderTab::Enter() {
+    window_.Drive1.Refresh();
+    window_.File1.Refresh();
+    window_.Dir1.Refresh();
+    window_.Command1.Enabled = false;
+    window_.Command12.Enabled = false;
+    window_.Command8.Caption = texts::selectBackup;
+    if (!FillLocations(window_.List3)) {
+        window_.List3.InsertItem(0, texts::noFolder);
+        window_.SSTab1.SetTabEnabled(tab::reviewSaved, false);
+        window_.SSTab1.SetTabEnabled(tab::filesToBackup, false);
         return;
     }
-    List3.SetListIndex(0);
-    SSTab1.SetTabEnabled(tab::filesToBackup, true);
+    window_.List3.SetListIndex(0);
+    window_.SSTab1.SetTabEnabled(tab::filesToBackup, true);
     // A location without sources has its saved files reviewable from here: deliberate.
-    if (!program_.Configuration().AnySource(List3.List(0))) {
-        SSTab1.SetTabEnabled(tab::reviewSaved, true);
+    if (!session_.Configuration().AnySource(Location(window_.List3.List(0)))) {
+        window_.SSTab1.SetTabEnabled(tab::reviewSaved, true);
     }
 }
 
-void frmSSTab::Drive1_Change() {
-    FollowDrive(Drive1, Dir1);
+void BackupFolderTab::FollowFolder() {
+    window_.File1.SetPath(window_.Dir1.Path());
 }
 
-void frmSSTab::Dir1_Change() {
-    File1.SetPath(Dir1.Path());
+void BackupFolderTab::ChooseFolder() {
+    window_.Command1.Enabled = true;
+    window_.Command12.Enabled = true;
 }
 
-void frmSSTab::Dir1_Click() {
-    Command1.Enabled = true;
-    Command12.Enabled = true;
-}
-
-void frmSSTab::Command1_Click() {
-    std::string path = Dir1.Path();
+void BackupFolderTab::AddLocation() {
+    std::string path = window_.Dir1.Path();
     if (text::CharacterCount(path) < shortestFolder) {
-        path = Dir1.Highlighted();
+        path = window_.Dir1.Highlighted();
     }
-    constexpr std::uint32_t style = messagestyle::ok | messagestyle::information;
     if (path.find(' ') != std::string::npos) {
-        Tell("You Cannot Have A Space in The Backup Location Name", style, "Marlok Info");
+        Tell("You Cannot Have A Space in The Backup Location Name", plainInformation, "Marlok Info");
         return;
     }
-    if (const std::string reason = WhyLocationRefused(path); !reason.empty()) {
-        Tell("You Cannot Use This Folder As A Backup Location:\r\n\r\n" + reason, style, "Marlok Info");
+    if (const std::string reason = Location(path).WhyRefused(); !reason.empty()) {
+        Tell("You Cannot Use This Folder As A Backup Location:\r\n\r\n" + reason, plainInformation, "Marlok Info");
         return;
     }
-    if (Holds(List3, path)) {
-        Tell("This Folder Has Already Been Selected!", style);
+    if (Holds(window_.List3, path)) {
+        Tell("This Folder Has Already Been Selected!");
         return;
     }
-    if (List3.List(0) == texts::noFolder) {
-        List3.RemoveItem(0);
+    if (window_.List3.List(0) == texts::noFolder) {
+        window_.List3.RemoveItem(0);
     }
-    List3.AddItem(path);
+    window_.List3.AddItem(path);
     StoreLocations();
-    SSTab1.SetTabEnabled(tab::filesToBackup, true);
-    List3.SetListIndex(0);
-    if (program_.Configuration().Source(List3.List(0), firstEntryNumber) > endMark) {
-        SSTab1.SetTabEnabled(tab::reviewSaved, true);
+    window_.SSTab1.SetTabEnabled(tab::filesToBackup, true);
+    window_.List3.SetListIndex(0);
+    if (session_.Configuration().SourceAt(Location(window_.List3.List(0)), firstEntryNumber) > endMark) {
+        window_.SSTab1.SetTabEnabled(tab::reviewSaved, true);
     }
 }
 
-void frmSSTab::StoreLocations() {
-    TellUnlessStored(program_.Configuration().SaveLocations(List3.Items()));
+void BackupFolderTab::StoreLocations() {
+    TellUnlessStored(session_.Configuration().SaveLocations(window_.List3.Items()));
 }
 
-void frmSSTab::Command12_Click() {
-    const std::string question = "The Path You Have Selected Is\r\n\r\n" + std::string(17, ' ') + Dir1.Path() +
-                                 "\r\n\r\n        Is This Correct?";
-    if (Tell(question, messagestyle::yesNo | messagestyle::question) != button::yes) {
+void BackupFolderTab::CreateFolder() {
+    const std::string asked = "The Path You Have Selected Is\r\n\r\n" + std::string(17, ' ') + window_.Dir1.Path() +
+                              "\r\n\r\n        Is This Correct?";
+    if (Tell(asked, question) != button::yes) {
         return;
     }
-    Desktop& desktop = program_.machine.desktop;
-    const std::string folder = AddBackslash(Dir1.Path());
+    Desktop& desktop = session_.machine.desktop;
+    const std::string folder = AddBackslash(window_.Dir1.Path());
     const std::string name =
         desktop.AskText("Enter Name Of Folder", texts::infoTitle, desktop.ScreenWidth() / 2 - questionLeft,
                         desktop.ScreenHeight() / 2 - questionTop);
@@ -125,55 +111,54 @@ void frmSSTab::Command12_Click() {
         return;
     }
     try {
-        static_cast<void>(CreateFolder(program_.machine.files, folder + name));
-        Dir1.Refresh();
+        static_cast<void>(marlok::CreateFolder(session_.machine.files, folder + name));
+        window_.Dir1.Refresh();
     } catch (const RuntimeError& failure) {
-        Dir1.Refresh();
+        window_.Dir1.Refresh();
         if (failure.Number() == runtimeerror::fileAlreadyExists) {
-            Tell("This Folder Already Exists", messagestyle::ok | messagestyle::information);
+            Tell("This Folder Already Exists");
         }
         // Any other failure shows in the list: the folder is not there.
     }
-    Show();
+    window_.Show();
 }
 
-void frmSSTab::List3_DblClick() {
-    if (Tell("This Will Remove Selected Backup Path, Continue?", messagestyle::yesNo | messagestyle::question) !=
-        button::yes) {
+void BackupFolderTab::RemoveLocation() {
+    if (Tell("This Will Remove Selected Backup Path, Continue?", question) != button::yes) {
         return;
     }
-    List3.RemoveItem(List3.ListIndex());
+    window_.List3.RemoveItem(window_.List3.ListIndex());
     // The line that says that there is no location is none.
-    if (List3.List(0) != texts::noFolder) {
+    if (window_.List3.List(0) != texts::noFolder) {
         StoreLocations();
     }
-    if (List3.ListCount() == 0) {
-        List3.AddItem(texts::noFolder);
-        SSTab1.SetTabEnabled(tab::reviewSaved, false);
-        SSTab1.SetTabEnabled(tab::filesToBackup, false);
+    if (window_.List3.ListCount() == 0) {
+        window_.List3.AddItem(texts::noFolder);
+        window_.SSTab1.SetTabEnabled(tab::reviewSaved, false);
+        window_.SSTab1.SetTabEnabled(tab::filesToBackup, false);
     }
 }
 
-void frmSSTab::LayOutBackupFolder(forms::Area page) {
+void BackupFolderTab::LayOut(forms::Area page) {
     namespace measure = forms::measure;
     forms::Area column = page.TakeRight(measure::buttonWidth, measure::margin);
     forms::Area locations = page.TakeBottom(page.height * 2 / 5);
-    Put(Label2, locations.TakeTop(measure::lineHeight, measure::smallGap));
-    Put(List3, locations);
-    static_cast<void>(page.TakeBottom(measure::margin));
+    Put(window_.Label2, locations.TakeTop(measure::lineHeight, measure::smallGap));
+    Put(window_.List3, locations);
+    page.SkipBottom(measure::margin);
 
     forms::Area folders = page.TakeLeft((page.width - measure::margin) / 2, measure::margin);
-    Put(Label11, folders.TakeTop(measure::lineHeight, measure::smallGap));
-    Put(Drive1, folders.TakeTop(measure::comboHeight, measure::gap));
-    Put(Dir1, folders);
-    Put(Label12, page.TakeTop(measure::lineHeight, measure::smallGap));
-    Put(File1, page);
+    Put(window_.Label11, folders.TakeTop(measure::lineHeight, measure::smallGap));
+    Put(window_.Drive1, folders.TakeTop(measure::comboHeight, measure::gap));
+    Put(window_.Dir1, folders);
+    Put(window_.Label12, page.TakeTop(measure::lineHeight, measure::smallGap));
+    Put(window_.File1, page);
 
-    static_cast<void>(column.TakeTop(measure::lineHeight + measure::smallGap));
-    Put(Command1, column.TakeTop(measure::buttonHeight, measure::gap));
-    Put(Command12, column.TakeTop(measure::buttonHeight, measure::gap));
-    Put(Command3, column.TakeBottom(measure::buttonHeight, measure::gap));
-    Put(Command2, column.TakeBottom(measure::buttonHeight, measure::gap));
+    column.SkipTop(measure::lineHeight + measure::smallGap);
+    Put(window_.Command1, column.TakeTop(measure::buttonHeight, measure::gap));
+    Put(window_.Command12, column.TakeTop(measure::buttonHeight, measure::gap));
+    Put(window_.Command3, column.TakeBottom(measure::buttonHeight, measure::gap));
+    Put(window_.Command2, column.TakeBottom(measure::buttonHeight, measure::gap));
 }
 
 }  // namespace marlok::ui

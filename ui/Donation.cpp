@@ -58,17 +58,16 @@ std::string DonationPage() {
            "&no_note=1&tax=0&currency_code=USD";
 }
 
-bool ConnectedForDonation(Program& program) {
-    if (ConnectionDescription(program.machine.system) != "Not Connected") {
+bool ConnectedForDonation(Machine& machine) {
+    if (ConnectionDescription(machine.system) != "Not Connected") {
         return true;
     }
-    program.machine.desktop.ShowMessage("You Must Be Connected To The Internet To Use This Button", plainInformation,
-                                        texts::infoTitle);
+    machine.desktop.ShowMessage("You Must Be Connected To The Internet To Use This Button", plainInformation,
+                                texts::infoTitle);
     return false;
 }
 
-void OpenDonationPage(Program& program) {
-    Machine& machine = program.machine;
+void OpenDonationPage(Machine& machine) {
     const std::string page = DonationPage();
     if (OpenDriven(machine, page)) {
         machine.clock.Sleep(pauseAtEnd);

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "engine/Program.h"
+#include "platform/Machine.h"
 
 /// The donation page in the web browser.
 namespace marlok::ui {
@@ -11,10 +11,10 @@ namespace marlok::ui {
 [[nodiscard]] std::string DonationPage();
 
 /// True when the machine is connected to the Internet; else the user is told that it has to be.
-[[nodiscard]] bool ConnectedForDonation(Program& program);
+[[nodiscard]] bool ConnectedForDonation(Machine& machine);
 
 /// Opens the page in the browser that can be driven and waits until it is there; without one, in the default browser.
 /// Takes as long as the page does. What keeps it from opening is told to the user.
-void OpenDonationPage(Program& program);
+void OpenDonationPage(Machine& machine);
 
 }  // namespace marlok::ui

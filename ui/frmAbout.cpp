@@ -4,7 +4,6 @@
 #include "forms/Measures.h"
 #include "ui/Donation.h"
 #include "ui/DonationSettings.h"
-#include "ui/frmSSTab.h"
 
 namespace marlok::ui {
 
@@ -28,12 +27,12 @@ constexpr int titleSize = 16;
 
 }  // namespace
 
-frmAbout::frmAbout(forms::Windows& windows, Program& program)
-    : Form(windows, "frmAbout", "Marlok Backup Utility"), program_(program) {
-    Picture1.Picture = std::string("program");
+frmAbout::frmAbout(forms::Windows& windows, Machine& machine, forms::Form& mainWindow)
+    : Form(windows, "frmAbout", "Marlok Backup Utility"), machine_(machine), mainWindow_(mainWindow) {
+    Picture1.Picture = "program";
     Picture1.AccessibleName = Caption();
     Label4.TextFont = forms::Font{"", titleSize, true};
-    Label1.Caption = std::string(description);
+    Label1.Caption = description;
     Label3.Caption = std::string("Contact: ") + donation::contact;
     Label5.Visible = false;
     Label5.Alignment = forms::Label::Align::centre;
@@ -42,7 +41,7 @@ frmAbout::frmAbout(forms::Windows& windows, Program& program)
 }
 
 void frmAbout::Form_Load() {
-    Desktop& desktop = program_.machine.desktop;
+    Desktop& desktop = machine_.desktop;
     Place((desktop.ScreenWidth() - windowWidth) / 2, (desktop.ScreenHeight() - windowHeight) / 3, windowWidth,
           windowHeight);
 }
@@ -63,30 +62,25 @@ void frmAbout::Form_Resize() {
 }
 
 void frmAbout::Command1_Click() {
-    if (!ConnectedForDonation(program_)) {
+    if (!ConnectedForDonation(machine_)) {
         return;
     }
     Command1.Enabled = false;
     Label1.Visible = false;
     Label5.Visible = true;
     Refresh();
-    OpenDonationPage(program_);
+    OpenDonationPage(machine_);
     Hide();
     Label5.Visible = false;
     Label1.Visible = true;
     Command1.Enabled = true;
-    forms::Windows& all = Collection();
     Unload();
-    if (auto* window = all.Find<frmSSTab>()) {
-        window->Unload();
-    }
+    mainWindow_.Unload();
 }
 
 void frmAbout::Command2_Click() {
     Hide();
-    if (auto* window = Collection().Find<frmSSTab>()) {
-        window->Show();
-    }
+    mainWindow_.Show();
     Unload();
 }
 

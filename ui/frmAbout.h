@@ -1,15 +1,16 @@
 #pragma once
 
-#include "engine/Program.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
+#include "platform/Machine.h"
 
 namespace marlok::ui {
 
 /// What the program is, its version, and the way to the donation page.
 class frmAbout : public forms::Form {
  public:
-    frmAbout(forms::Windows& windows, Program& program);
+    /// `mainWindow` is shown again by "Return", and unloaded after a donation; it outlives this window.
+    frmAbout(forms::Windows& windows, Machine& machine, forms::Form& mainWindow);
 
     forms::PictureBox Picture1{*this, "Picture1"};
     forms::Label Label4{*this, "Label4", "Marlok Backup Utility"};
@@ -30,7 +31,8 @@ class frmAbout : public forms::Form {
     void Form_Load() override;
 
  private:
-    Program& program_;
+    Machine& machine_;
+    forms::Form& mainWindow_;
 };
 
 }  // namespace marlok::ui

@@ -1,39 +1,39 @@
 #include "ui/frmReplace.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "engine/OriginalPathList.h"
 #include "engine/RunLog.h"
 #include "fileops/Errors.h"
-#include "fileops/FolderFunctions.h"
 #include "forms/Measures.h"
-#include "ui/frmSSTab.h"
+#include "ui/Texts.h"
 #include "ui/run/ResultLayout.h"
 
 namespace marlok::ui {
 
 namespace {
 
-constexpr forms::Colour alarm = forms::Rgb(192, 0, 0);
-
 // Twips.
 constexpr int leastHeight = 3600;
 
 }  // namespace
 
-frmReplace::frmReplace(forms::Windows& windows, Program& program)
-    : Form(windows, "frmReplace", "Marlok Backup Utility File Replacement Program"), program_(program) {
+frmReplace::frmReplace(forms::Windows& windows, Machine& machine, std::function<void()> whenClosed)
+    : Form(windows, "frmReplace", "Marlok Backup Utility File Replacement Program"),
+      machine_(machine),
+      whenClosed_(std::move(whenClosed)) {
     List1.Visible = false;
     Label4.Visible = false;
-    Label4.ForeColor = alarm;
     Label3.Alignment = forms::Label::Align::centre;
-    List2.AccessibleName = std::string("Files Replaced");
+    List2.AccessibleName = "Files Replaced";
     Command1.Click = [this] { Unload(); };
     Timer1.Tick = [this] { Timer1_Timer(); };
 }
 
 void frmReplace::Form_Load() {
-    const int screenWidth = program_.machine.desktop.ScreenWidth();
-    const int screenHeight = program_.machine.desktop.ScreenHeight();
+    const int screenWidth = machine_.desktop.ScreenWidth();
+    const int screenHeight = machine_.desktop.ScreenHeight();
     Place(screenWidth / 4, screenHeight / 4, screenWidth / 2, std::max(leastHeight, screenHeight / 2));
     Form_Resize();
     for (forms::Control* later : std::initializer_list<forms::Control*>{&Command1, &List2, &Label1, &Label2}) {
@@ -48,56 +48,72 @@ void frmReplace::Form_Resize() {
     LayOutResult(*this, {Label2, Label1, List2, &Label4, Command1});
 }
 
+void frmReplace::Run(const Location& location, const std::vector<std::string>& saved) {
+    Show();
+    Refresh();
+    const SystemError code = RestoreFiles(machine_, location, saved, *this, result_);
+    if (code != error::success) {
+        const OriginalPathList list(machine_, location);
+        Tell(list.Path() + "\r\n\r\n Could Not Be Read\r\n\r\n" + Describe(machine_.system, code));
+    } else if (!result_.nothingToLog) {
+        if (result_.Exceptions() > 0) {
+            Tell("All Selected Files, With The Exception of " + std::to_string(result_.Exceptions()) +
+                 " Files, Copied");
+        }
+        Timer1.Start();
+        return;
+    }
+    Unload();
+}
+
+void frmReplace::NotListed(const std::string& saved) {
+    Tell(saved + "\r\n\r\n Not Listed In Log File");
+}
+
+void frmReplace::NotLocated(const std::string& saved) {
+    Tell(saved + "\r\n\r\n Not Located In Backup File");
+}
+
+void frmReplace::ReplaceBegins(const std::string& original) {
+    List2.AddItem(original);
+}
+
+void frmReplace::Breathe() {
+    machine_.desktop.PaintPending();
+}
+
+void frmReplace::Tell(const std::string& text) {
+    Hide();
+    machine_.desktop.ShowMessage(text, messagestyle::ok | messagestyle::information, texts::infoTitle);
+    Show();
+}
+
 void frmReplace::Timer1_Timer() {
     Timer1.Stop();
     WriteReplacedLog();
-    if (!report.Lines().empty()) {
-        WriteErrorLog(program_, report);  // else that of a backup stays, which tells what is not saved
-    }
     Hide();
     for (forms::Control* finished : std::initializer_list<forms::Control*>{&Command1, &List2, &Label1, &Label2}) {
         finished->Visible = true;
     }
     Label3.Visible = false;
-    TellFailures();
+    ShowFailures(Label4, result_.report, replacementFailures);
     Show();
     Refresh();
 }
 
-void frmReplace::TellFailures() {
-    const std::size_t failures = report.Lines().size();
-    if (failures > 0) {
-        Label4.Caption = std::to_string(failures) + (failures == 1 ? " File" : " Files") + " Not Replaced, See \"" +
-                         programfile::errorLog + "\"";
-        Label4.Visible = true;
-    }
-}
-
 void frmReplace::WriteReplacedLog() {
-    program_.gAppFolder = AddBackslash(program_.machine.process.ProgramFolder());
-    const std::string log = program_.gAppFolder + programfile::replacedLog;
-    const LocalTime now = program_.machine.clock.Now();
-    const std::string count = std::to_string(List2.ListCount());
-    const std::string header =
-        "Total files replaced " + FormatLogDate(now) + " At " + FormatLogTime(now) + " was " + count;
-    const SystemError written = WriteLog(program_, log, LogText(header, List2));
-    if (written != error::success) {
-        report.Add(log, written);
-    }
-    Label1.Caption = count + " Files Were Replaced";
-    Label2.Caption = std::string("File Replacement Completed");
-    Desktop& desktop = program_.machine.desktop;
-    desktop.ShowHourglass(true);
-    const SystemError linked = MakeDesktopShortcut(program_, log, "Replaced File Log", "Replaced Log File");
-    desktop.ShowHourglass(false);
-    if (linked != error::success) {
-        report.Add("Replaced File Log.lnk", linked);
-    }
+    machine_.desktop.ShowHourglass(true);
+    result_.report.written = List2.Items();
+    // The exit code is the backup's: what could not be replaced is shown here, to the person who asked for it.
+    static_cast<void>(FinishRun(machine_, replacementLog, result_.report));
+    machine_.desktop.ShowHourglass(false);
+    Label1.Caption = std::to_string(List2.ListCount()) + " Files Were Replaced";
+    Label2.Caption = "File Replacement Completed";
 }
 
 void frmReplace::Form_Unload() {
-    if (auto* window = Collection().Find<frmSSTab>()) {
-        window->Show();
+    if (whenClosed_) {
+        whenClosed_();
     }
 }
 

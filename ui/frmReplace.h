@@ -1,19 +1,29 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <vector>
 
-#include "engine/Program.h"
-#include "engine/RunReport.h"
+#include "engine/Restore.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
+#include "paths/Location.h"
+#include "platform/Machine.h"
 
 namespace marlok::ui {
 
-/// The window of a replacement run: says that it goes on, collects what was replaced, and at the end writes the log of
-/// it, puts a shortcut to that on the desktop and shows the list. The copying is the main window's.
-class frmReplace : public forms::Form {
+/// The window of a replacement run: copies saved files back over their originals, says meanwhile that it goes on,
+/// collects what was replaced, and at the end writes the log of it, puts a shortcut to that on the desktop and shows
+/// the list.
+class frmReplace : public forms::Form, private RestoreSink {
  public:
-    frmReplace(forms::Windows& windows, Program& program);
+    /// `whenClosed` is called when the window has been unloaded.
+    frmReplace(forms::Windows& windows, Machine& machine, std::function<void()> whenClosed);
+
+    /// Shows itself and replaces the originals of these saved files of the location. At the end Timer1 runs, or the
+    /// window is unloaded: when the only file could not be replaced, and when the list of original paths could not be
+    /// read.
+    void Run(const Location& location, const std::vector<std::string>& saved);
 
     forms::Label Label3{*this, "Label3", "Replacing Selected Files Please Wait!"};
     forms::Label Label2{*this, "Label2", "File Replacement Completed"};
@@ -23,9 +33,6 @@ class frmReplace : public forms::Form {
     forms::CommandButton Command1{*this, "Command1", "Close"};
     forms::ListBox List1{*this, "List1"};
     forms::Timer Timer1{*this, "Timer1", 500};
-
-    /// What could not be replaced and why, for the end of the run.
-    RunReport report;
 
     void Timer1_Timer();
 
@@ -41,9 +48,17 @@ class frmReplace : public forms::Form {
     void Form_Unload() override;
 
  private:
-    void TellFailures();
+    void NotListed(const std::string& saved) override;
+    void NotLocated(const std::string& saved) override;
+    void ReplaceBegins(const std::string& original) override;
+    void Breathe() override;
 
-    Program& program_;
+    /// Shows a message box in place of this window.
+    void Tell(const std::string& text);
+
+    Machine& machine_;
+    std::function<void()> whenClosed_;
+    RestoreResult result_;
 };
 
 }  // namespace marlok::ui

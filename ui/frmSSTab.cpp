@@ -5,6 +5,7 @@
 
 #include "fileops/Errors.h"
 #include "forms/Measures.h"
+#include "forms/Windows.h"
 #include "ui/Donation.h"
 #include "ui/Texts.h"
 #include "ui/frmAbout.h"
@@ -30,15 +31,15 @@ void PutAllOn(forms::TabControl& tabs, int page, std::initializer_list<forms::Co
 
 }  // namespace
 
-frmSSTab::frmSSTab(forms::Windows& windows, Program& program)
+frmSSTab::frmSSTab(forms::Windows& windows, Session& session)
     : Form(windows, "frmSSTab", "Marlok Backup Utility"),
-      Drive1(*this, "Drive1", program.machine.drives),
-      Dir1(*this, "Dir1", program.machine.files),
-      File1(*this, "File1", program.machine.files),
-      Drive2(*this, "Drive2", program.machine.drives),
-      Dir2(*this, "Dir2", program.machine.files),
-      File2(*this, "File2", program.machine.files),
-      program_(program) {
+      Drive1(*this, "Drive1", session.machine.drives),
+      Dir1(*this, "Dir1", session.machine.files),
+      File1(*this, "File1", session.machine.files),
+      Drive2(*this, "Drive2", session.machine.drives),
+      Dir2(*this, "Dir2", session.machine.files),
+      File2(*this, "File2", session.machine.files),
+      session_(session) {
     for (forms::ListBox* storage : {&List7, &List8, &List10, &List11, &List12, &List13, &List14}) {
         storage->Visible = false;
     }
@@ -47,11 +48,12 @@ frmSSTab::frmSSTab(forms::Windows& windows, Program& program)
     List6.MultiSelect = true;
     File1.MultiSelect = false;  // its files are shown so that a folder is recognised, not chosen
     Label9.Visible = false;
-    Image1.Picture = std::string("program");
+    Image1.Picture = "program";
     Text1.Locked = true;
     Text2.Locked = true;
     PutOnTabs();
     NameLists();
+    ConnectWindow();
     ConnectTabs();
 }
 
@@ -72,17 +74,17 @@ void frmSSTab::PutOnTabs() {
 
 /// A list has no caption of its own: it is called like its heading.
 void frmSSTab::NameLists() {
-    List1.AccessibleName = std::string("List Of Backup Paths");
-    List2.AccessibleName = std::string("List Of Files To Be Backed Up");
+    List1.AccessibleName = "List Of Backup Paths";
+    List2.AccessibleName = "List Of Files To Be Backed Up";
     Image1.AccessibleName = Caption();
-    Drive1.AccessibleName = std::string("Drive");
-    Dir1.AccessibleName = std::string("Folder");
+    Drive1.AccessibleName = "Drive";
+    Dir1.AccessibleName = "Folder";
     File1.AccessibleName = Label12.Caption.Get();
-    List3.AccessibleName = std::string("Backup Locations");
-    List9.AccessibleName = std::string("Backup Locations");
-    Drive2.AccessibleName = std::string("Drive");
-    Dir2.AccessibleName = std::string("Folder");
-    File2.AccessibleName = std::string("Files In This Folder");
+    List3.AccessibleName = "Backup Locations";
+    List9.AccessibleName = "Backup Locations";
+    Drive2.AccessibleName = "Drive";
+    Dir2.AccessibleName = "Folder";
+    File2.AccessibleName = "Files In This Folder";
     List4.AccessibleName = Label13.Caption.Get();
     List5.AccessibleName = Label4.Caption.Get();
     List6.AccessibleName = Label5.Caption.Get();
@@ -90,7 +92,7 @@ void frmSSTab::NameLists() {
     Text2.AccessibleName = Label7.Caption.Get();
 }
 
-void frmSSTab::ConnectTabs() {
+void frmSSTab::ConnectWindow() {
     SSTab1.Click = [this] { SSTab1_Click(); };
     for (forms::CommandButton* help : {&Command2, &Command5, &Command9, &Command15}) {
         help->Click = [this] { Help_Click(); };
@@ -101,14 +103,38 @@ void frmSSTab::ConnectTabs() {
     Command7.Click = [this] { Command7_Click(); };
     Command10.Click = [this] { Command10_Click(); };
     Timer1.Tick = [this] { Timer1_Timer(); };
-    ConnectOptions();
-    ConnectBackupFolder();
-    ConnectFiles();
-    ConnectReview();
+}
+
+void frmSSTab::ConnectTabs() {
+    List1.Click = [this] { List1_Click(); };
+    Command8.Click = [this] { Command8_Click(); };
+    Timer3.Tick = [this] { Timer3_Timer(); };
+
+    Drive1.Change = [this] { Drive1_Change(); };
+    Dir1.Change = [this] { Dir1_Change(); };
+    Dir1.Click = [this] { Dir1_Click(); };
+    Command1.Click = [this] { Command1_Click(); };
+    Command12.Click = [this] { Command12_Click(); };
+    List3.DblClick = [this] { List3_DblClick(); };
+
+    Drive2.Change = [this] { Drive2_Change(); };
+    Dir2.Change = [this] { Dir2_Change(); };
+    Dir2.Click = [this] { Dir2_Click(); };
+    File2.Click = [this] { File2_Click(); };
+    List4.Click = [this] { List4_Click(); };
+    List9.Click = [this] { List9_Click(); };
+    Command4.Click = [this] { Command4_Click(); };
+    Command18.Click = [this] { Command18_Click(); };
+
+    List5.Click = [this] { List5_Click(); };
+    List6.Click = [this] { List6_Click(); };
+    Command13.Click = [this] { Command13_Click(); };
+    Command16.Click = [this] { Command16_Click(); };
+    Command17.Click = [this] { Command17_Click(); };
 }
 
 void frmSSTab::Form_Load() {
-    Desktop& desktop = program_.machine.desktop;
+    Desktop& desktop = session_.machine.desktop;
     SetLeastSize(leastWidth, leastHeight);
     Place(std::max(0, (desktop.ScreenWidth() - windowWidth) / 2),
           std::max(0, (desktop.ScreenHeight() - windowHeight) / 3), windowWidth, windowHeight);
@@ -119,59 +145,60 @@ void frmSSTab::Form_Load() {
     Check2.Enabled = false;
     Check3.Value = forms::CheckBox::State::checked;
     Check3.Enabled = false;
-    BackupSettings settings = program_.Configuration();
-    const std::string location = settings.Location(firstEntryNumber);
+    BackupSettings settings = session_.Configuration();
+    const std::string location = settings.LocationAt(firstEntryNumber);
     if (IsEndMark(location)) {
         SSTab1.SetTabEnabled(tab::filesToBackup, false);
         SSTab1.SetTabEnabled(tab::reviewSaved, false);
         Command8.Enabled = false;
         Command9.Enabled = false;
         Frame1.Visible = false;
-    } else if (!settings.AnySource(location)) {
+    } else if (!settings.AnySource(Location(location))) {
         Command8.Enabled = false;
         Command9.Enabled = false;
         Frame1.Visible = false;
         SSTab1.SetTabEnabled(tab::reviewSaved, false);
     }
-    ShowNextStep();
+    options_.ShowNextStep();
 }
 
 void frmSSTab::SetRegTarget() {
-    TellUnlessStored(program_.Configuration().SaveLocations(List1.Items()));
+    options_.StoreLocations();
 }
 
 void frmSSTab::SSTab1_Click() {
     switch (SSTab1.Tab()) {
         case tab::options:
-            EnterOptions();
+            options_.Enter();
             break;
         case tab::backupFolder:
-            EnterBackupFolder();
+            backupFolder_.Enter();
             break;
         case tab::filesToBackup:
-            EnterFiles();
+            files_.Enter();
             break;
         default:
-            EnterReview();
+            review_.Enter();
             break;
     }
 }
 
 void frmSSTab::Help_Click() {
     // Parameters, working folder and show mode as help files have always been opened here.
-    const SystemError code = program_.machine.shell.Open({program_.BesideProgram(programfile::help), "0", "0", 0});
+    const SystemError code = session_.machine.shell.Open({session_.gAppFolder.PathOf(programfile::help), "0", "0", 0});
     if (code != error::success) {
-        Tell("The Help File Could Not Be Opened\r\n\r\n" + Describe(program_.machine.system, code),
-             messagestyle::ok | messagestyle::information);
+        session_.machine.desktop.ShowMessage(
+            "The Help File Could Not Be Opened\r\n\r\n" + Describe(session_.machine.system, code),
+            messagestyle::ok | messagestyle::information, texts::infoTitle);
     }
 }
 
 void frmSSTab::Command7_Click() {
-    Collection().Load<frmAbout>(program_).Show();
+    Collection().Load<frmAbout>(session_.machine, *this).Show();
 }
 
 void frmSSTab::Command10_Click() {
-    if (!ConnectedForDonation(program_)) {
+    if (!ConnectedForDonation(session_.machine)) {
         return;
     }
     const bool choosing = Command8.Caption.Get() == texts::runBackup;
@@ -179,7 +206,7 @@ void frmSSTab::Command10_Click() {
     Command10.Enabled = false;
     Label9.Visible = true;
     Refresh();
-    OpenDonationPage(program_);
+    OpenDonationPage(session_.machine);
     Label9.Visible = false;
     Command10.Enabled = true;
     Frame1.Visible = Frame1.Visible && !choosing;
@@ -222,47 +249,40 @@ forms::CommandButton* frmSSTab::HelpButton() {
 
 void frmSSTab::FollowDrive(forms::DriveListBox& drive, forms::DirListBox& folders) {
     DirectoryEntry entry;
-    const SystemError code = program_.machine.files.GetEntry(drive.Drive(), entry);
+    const SystemError code = session_.machine.files.GetEntry(drive.Drive(), entry);
     if (code == error::success || folders.Path().empty()) {
         folders.SetPath(drive.Drive());
         return;
     }
-    Tell("Drive " + drive.Drive() + " Is Not Ready\r\n\r\n" + Describe(program_.machine.system, code),
-         messagestyle::ok | messagestyle::information);
+    session_.machine.desktop.ShowMessage(
+        "Drive " + drive.Drive() + " Is Not Ready\r\n\r\n" + Describe(session_.machine.system, code),
+        messagestyle::ok | messagestyle::information, texts::infoTitle);
     drive.SetDriveQuietly(folders.Path().substr(0, drive.Drive().size()));
 }
 
-bool frmSSTab::FillLocations(forms::ListBox& list) {
-    list.Clear();
-    for (const std::string& location : program_.Configuration().Locations()) {
-        list.AddItem(location);
-    }
-    return list.ListCount() > 0;
+void frmSSTab::Drive1_Change() {
+    FollowDrive(Drive1, Dir1);
 }
 
-void frmSSTab::TellUnlessStored(bool stored) {
-    if (!stored) {
-        Tell(
-            "The List Could Not Be Stored In The Registry\r\n\r\nIt will not be there when the program is started "
-            "again.",
-            messagestyle::ok | messagestyle::information);
-    }
+void frmSSTab::Drive2_Change() {
+    FollowDrive(Drive2, Dir2);
+    files_.OfferFolders();
 }
 
-int frmSSTab::Tell(const std::string& text, std::uint32_t style, const std::string& title) {
-    return program_.machine.desktop.ShowMessage(text, style, title);
+void frmSSTab::List4_Click() {
+    Command18.Enabled = true;
 }
 
 void frmSSTab::Form_Resize() {
     namespace measure = forms::measure;
     forms::Area window = forms::Area{0, 0, Width(), Height()}.Inside(measure::gap);
     Put(SSTab1, window);
-    static_cast<void>(window.TakeTop(tabStripHeight));
+    window.SkipTop(tabStripHeight);
     const forms::Area page = window.Inside(measure::margin);
-    LayOutOptions(page);
-    LayOutBackupFolder(page);
-    LayOutFiles(page);
-    LayOutReview(page);
+    options_.LayOut(page);
+    backupFolder_.LayOut(page);
+    files_.LayOut(page);
+    review_.LayOut(page);
 }
 
 }  // namespace marlok::ui

@@ -1,16 +1,14 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
-#include "engine/Program.h"
-#include "engine/RunReport.h"
-#include "fileops/FileSearch.h"
-#include "forms/Area.h"
 #include "forms/Controls.h"
 #include "forms/FolderControls.h"
 #include "forms/Form.h"
 #include "forms/TabControl.h"
+#include "ui/BackupFolderTab.h"
+#include "ui/FilesTab.h"
+#include "ui/OptionsTab.h"
+#include "ui/ReviewTab.h"
+#include "ui/run/Session.h"
 
 namespace marlok::ui {
 
@@ -22,22 +20,14 @@ inline constexpr int filesToBackup = 2;
 inline constexpr int reviewSaved = 3;
 }  // namespace tab
 
-class frmReplace;
-
-/// A number with "," between its thousands.
-[[nodiscard]] std::string WithThousands(std::int64_t number);
-
-/// The time from `start` to `end`, both in milliseconds, as seconds with two decimals: "1.50  Seconds".
-[[nodiscard]] std::string ElapsedSeconds(std::uint64_t start, std::uint64_t end);
-
 /// The main window: backup locations, what is saved there, running a backup, and a review of what was saved. Its lists
 /// are views of the settings, filled anew whenever a tab is entered; every change is written at once. Closing the
 /// window ends the program.
 ///
-/// Each tab has a source file of its own: OptionsTab.cpp, BackupFolderTab.cpp, FilesTab.cpp, ReviewTab.cpp.
+/// The window holds the controls and the handlers of their events; what a tab does stands in a class of its own.
 class frmSSTab : public forms::Form {
  public:
-    frmSSTab(forms::Windows& windows, Program& program);
+    frmSSTab(forms::Windows& windows, Session& session);
 
     // Controls stand in the order in which the keyboard goes through them, a heading right before what it heads.
     forms::TabControl SSTab1{*this, "SSTab1", {"Options", "Backup Folder", "Files To Backup", "Review Saved"}};
@@ -115,7 +105,7 @@ class frmSSTab : public forms::Form {
     forms::Timer Timer3{*this, "Timer3", 500};  ///< starts an interactive run
 
     /// Fills List1 and List2 anew from the settings.
-    void SetTabList();
+    void SetTabList() { options_.SetTabList(); }
 
     /// Makes the lines of List1, up to the first that is "" or "0", the backup locations in the settings. List1 has to
     /// hold nothing but paths then.
@@ -126,40 +116,36 @@ class frmSSTab : public forms::Form {
     void Timer1_Timer();
 
     // Tab "Options".
-    void List1_Click();
-    void Command8_Click();
-    void Timer3_Timer();
+    void List1_Click() { options_.ShowSources(); }
+    void Command8_Click() { options_.SelectOrRun(); }
+    void Timer3_Timer() { options_.StartRun(); }
 
     // Tab "Backup Folder".
     void Drive1_Change();
-    void Dir1_Change();
-    void Dir1_Click();
-    void Command1_Click();
-    void Command12_Click();
-    void List3_DblClick();
+    void Dir1_Change() { backupFolder_.FollowFolder(); }
+    void Dir1_Click() { backupFolder_.ChooseFolder(); }
+    void Command1_Click() { backupFolder_.AddLocation(); }
+    void Command12_Click() { backupFolder_.CreateFolder(); }
+    void List3_DblClick() { backupFolder_.RemoveLocation(); }
 
     // Tab "Files To Backup".
     void Drive2_Change();
-    void Dir2_Change();
-    void Dir2_Click();
-    void File2_Click();
+    void Dir2_Change() { files_.FollowFolder(); }
+    void Dir2_Click() { files_.ChooseFolder(); }
+    void File2_Click() { files_.ChooseFiles(); }
     void List4_Click();
-    void List9_Click();
-    void Command4_Click();
-    void Command18_Click();
+    void List9_Click() { files_.ShowSources(); }
+    void Command4_Click() { files_.AddSources(); }
+    void Command18_Click() { files_.RemoveSources(); }
 
-    /// Takes the sources selected in List4 off the location picked in List9, and deletes their saved copies and their
-    /// lines in its list of original paths. A source called like a file (with a three-letter extension) loses the file
-    /// saved for it, every other one the folder with all it holds. A list of which no line would be left is left as it
-    /// is. Nothing outside the location is deleted, neither through links nor through odd paths.
-    void DeleteSourceCopies();
+    void DeleteSourceCopies() { files_.DeleteSourceCopies(); }
 
     // Tab "Review Saved".
-    void List5_Click();
-    void List6_Click();
-    void Command13_Click();
-    void Command16_Click();
-    void Command17_Click();
+    void List5_Click() { review_.ChooseLocation(); }
+    void List6_Click() { review_.ChooseLine(); }
+    void Command13_Click() { review_.ShowOrReplace(); }
+    void Command16_Click() { review_.ShowOriginals(); }
+    void Command17_Click() { review_.Delete(); }
 
     // Beside the tabs' own work.
     void Command7_Click();
@@ -175,74 +161,18 @@ class frmSSTab : public forms::Form {
 
  private:
     void PutOnTabs();
-    void ConnectTabs();
     void NameLists();
-    void LayOutOptions(forms::Area page);
-    void LayOutBackupFolder(forms::Area page);
-    void LayOutFiles(forms::Area page);
-    void LayOutReview(forms::Area page);
+    void ConnectWindow();
+    void ConnectTabs();
 
-    void ConnectOptions();
-    void EnterOptions();
-    void ShowNextStep();
-    void RunInBackground();
-    void RunInteractive();
-    void WriteCommandFile();
-
-    void ConnectBackupFolder();
-    void EnterBackupFolder();
-    void StoreLocations();
-
-    void ConnectFiles();
-    void EnterFiles();
-    [[nodiscard]] bool AddFiles();
-    [[nodiscard]] bool AddFolder();
-    [[nodiscard]] bool AddSource(const std::string& path);
-    void RemoveEntriesOnly();
-    void DeleteSavedCopy(const std::string& location, const std::string& source);
-    void PruneOriginalList(const std::string& location);
-
-    void ConnectReview();
-    void EnterReview();
-    [[nodiscard]] std::string ReviewedLocation();
-    void ShowSavedFiles(const std::string& location);
-    void ListSavedFiles(const std::string& location);
-    [[nodiscard]] SystemError ShowOriginalPaths();
-    [[nodiscard]] std::uint64_t BeginListing();
-    void EndListing(const std::string& heading);
-    void ShowElapsed(std::uint64_t start);
-    void ReplaceSelected();
-    [[nodiscard]] SystemError ReadOriginals(const std::string& path, std::string& text);
-    [[nodiscard]] bool ReplaceFiles(const std::vector<std::string>& chosen, const std::string& list,
-                                    frmReplace& window);
-    void ReplaceFile(const std::string& saved, const std::string& original, frmReplace& window);
-    void DeleteSavedFiles(const std::string& location);
-    void DeleteChosenFiles(const std::string& location);
-    void QueueEmptyFolders();
-    void PruneSavedFromList(const std::string& location);
-    void DeleteLogEntries(const std::string& location);
-    void RestoreFolders();
-    void Report(const RunReport& report);
-    void ReportUnless(bool well, const std::string& path, SystemError code);
-
-    /// Follows a drive that was chosen; one that is not ready is told and not left chosen.
+    /// Follows a drive that was chosen; one that is not ready is reported and not left chosen.
     void FollowDrive(forms::DriveListBox& drive, forms::DirListBox& folders);
 
-    /// The backup locations into a list box, which is cleared first. False when there is none.
-    bool FillLocations(forms::ListBox& list);
-    /// Tells that the settings could not be changed, unless they could.
-    void TellUnlessStored(bool stored);
-
-    int Tell(const std::string& text, std::uint32_t style, const std::string& title = "Marlok Info.....");
-
-    /// What List6 shows.
-    enum class ListMode { none, saved, original };
-
-    Program& program_;
-    ListMode listMode_ = ListMode::none;
-    std::string originalLogPath_;  ///< the list of original paths that List6 shows
-    bool originalsKnown_ = false;  ///< List6 shows what that list holds, or it is known to be missing
-    SearchSpec searchSpec_;
+    Session& session_;
+    OptionsTab options_{*this, session_};
+    BackupFolderTab backupFolder_{*this, session_};
+    FilesTab files_{*this, session_};
+    ReviewTab review_{*this, session_};
 };
 
 }  // namespace marlok::ui

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "engine/OriginalPathList.h"
-#include "fileops/txtFunctions.h"
+#include "fileops/WholeFiles.h"
 #include "win32/Win32Machine.h"
 
 namespace {
@@ -46,7 +46,6 @@ int main(int count, char** arguments) {
     }
     marlok::win32::Win32Machine real;
     marlok::Machine& machine = real.machine();
-    marlok::Program program(machine, nullptr);
     const std::string list = std::string(arguments[1]) + "\\list.txt";
     std::string text;
     for (int i = 0; i < listLines; ++i) {
@@ -65,7 +64,7 @@ int main(int count, char** arguments) {
             originals.push_back(PathNumber("new", i));
         }
         std::printf("add_%d %.2f\n", added, Median(prepare, [&] {
-                        return marlok::AddToOriginalList(program, list, originals) == marlok::error::success;
+                        return marlok::OriginalPathList(machine, list).Add(originals) == marlok::error::success;
                     }));
     }
     return 0;

@@ -15,6 +15,7 @@
 
 #include "Walk.h"
 #include "tests/machine/InMemoryMachine.h"
+#include "tests/machine/Program.h"
 #include "ui/frmSSTab.h"
 #include "win32/Win32Machine.h"
 #include "win32/machine/Wide.h"
@@ -73,11 +74,11 @@ class Review {
                    memory_.shell,    real_.machine().desktop, real_.machine().clock,
                    memory_.process,  memory_.system,          memory_.browser},
           program_(machine_, &real_.views()) {
-        program_.gSettings = std::make_unique<marlok::CRegSettings>(memory_.registry, memory_.system);
-        marlok::BackupSettings settings = program_.Configuration();
-        settings.SaveLocations({location});
-        settings.SaveSources(location, {"C:\\Data"});
-        window_ = &program_.windows.Load<marlok::ui::frmSSTab>(program_);
+        marlok::BackupSettings settings = program_.session.Configuration();
+        // The window would show what is missing: nothing to measure then.
+        static_cast<void>(settings.SaveLocations({location}));
+        static_cast<void>(settings.SaveSources(marlok::Location(location), {"C:\\Data"}));
+        window_ = &program_.windows.Load<marlok::ui::frmSSTab>(program_.session);
         window_->Show();
         window_->SSTab1.SetTab(marlok::ui::tab::reviewSaved);
         window_->Refresh();
@@ -108,7 +109,7 @@ class Review {
     marlok::test::InMemoryMachine memory_;
     marlok::win32::Win32Machine real_;
     marlok::Machine machine_;
-    marlok::Program program_;
+    marlok::test::Program program_;
     marlok::ui::frmSSTab* window_ = nullptr;
 };
 

@@ -6,7 +6,6 @@
 #include <memory>
 #include <string>
 
-#include "engine/LocationName.h"
 #include "settings/BackupSettings.h"
 #include "tests/machine/InMemoryMachine.h"
 
@@ -24,8 +23,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     marlok::CRegSettings settings(machine.registry, machine.system);
     marlok::BackupSettings backup(settings);
-    for (const std::string& location : backup.Locations()) {
-        static_cast<void>(marlok::WhyLocationRefused(location));
+    for (const marlok::Location& location : backup.Locations()) {
+        static_cast<void>(location.WhyRefused());
         static_cast<void>(backup.Sources(location));
     }
     static_cast<void>(settings.GetAllSettings("Target"));

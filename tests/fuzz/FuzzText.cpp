@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "paths/Path.h"
 #include "text/Text.h"
 
 namespace text = marlok::text;
@@ -23,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (text::IsUtf8(bytes) && text::CharacterCount(text::Right(bytes, half)) != half) {
         std::abort();
     }
-    static_cast<void>(text::HasThreeLetterExtension(bytes));
+    static_cast<void>(HasThreeLetterExtension(bytes));
     static_cast<void>(text::Fold(bytes));
     return 0;
 }

@@ -161,52 +161,52 @@ TEST_F(CRegSettingsTest, ARefusedKeyReadsAsFallbackAndSavesNothing) {
 TEST_F(CRegSettingsTest, AnEmptyStoreHasNoLocations) {
     EXPECT_THAT(backup.Locations(), IsEmpty());
     EXPECT_FALSE(backup.AnyLocation());
-    EXPECT_EQ(backup.Location(2), "0");
+    EXPECT_EQ(backup.LocationAt(2), "0");
 }
 
 TEST_F(CRegSettingsTest, ListsStartAtTwo) {
-    backup.SaveLocations({R"(E:\A)", R"(E:\B)"});
+    EXPECT_TRUE(backup.SaveLocations({R"(E:\A)", R"(E:\B)"}));
     EXPECT_EQ(settings.GetSetting("Target", "TargetPath1", "none"), "none");
     EXPECT_EQ(settings.GetSetting("Target", "TargetPath2", "none"), R"(E:\A)");
     EXPECT_EQ(settings.GetSetting("Target", "TargetPath3", "none"), R"(E:\B)");
-    EXPECT_THAT(backup.Locations(), ElementsAre(R"(E:\A)", R"(E:\B)"));
+    EXPECT_THAT(backup.Locations(), ElementsAre(Location(R"(E:\A)"), Location(R"(E:\B)")));
 }
 
 TEST_F(CRegSettingsTest, TheDrivePlaysNoPartInTheSourceList) {
-    backup.SaveSources(R"(D:\Backups\Daily)", {R"(C:\Data)"});
-    EXPECT_THAT(backup.Sources(R"(E:\Backups\Daily)"), ElementsAre(R"(C:\Data)"));
-    EXPECT_TRUE(backup.AnySource(R"(E:\Backups\Daily)"));
-    EXPECT_FALSE(backup.AnySource(R"(E:\Backups)"));
+    EXPECT_TRUE(backup.SaveSources(Location(R"(D:\Backups\Daily)"), {R"(C:\Data)"}));
+    EXPECT_THAT(backup.Sources(Location(R"(E:\Backups\Daily)")), ElementsAre(R"(C:\Data)"));
+    EXPECT_TRUE(backup.AnySource(Location(R"(E:\Backups\Daily)")));
+    EXPECT_FALSE(backup.AnySource(Location(R"(E:\Backups)")));
 }
 
 TEST_F(CRegSettingsTest, AListEndsAtItsFirstGap) {
     settings.SaveSetting("Target", "TargetPath2", R"(E:\A)");
     settings.SaveSetting("Target", "TargetPath4", R"(E:\C)");
-    EXPECT_THAT(backup.Locations(), ElementsAre(R"(E:\A)"));
+    EXPECT_THAT(backup.Locations(), ElementsAre(Location(R"(E:\A)")));
 }
 
 TEST_F(CRegSettingsTest, AZeroEndsAList) {
-    backup.SaveSources(R"(E:\A)", {R"(C:\1)", "0", R"(C:\3)"});
-    EXPECT_THAT(backup.Sources(R"(E:\A)"), ElementsAre(R"(C:\1)"));
-    backup.SaveLocations({R"(E:\A)", "0", R"(E:\C)"});
+    EXPECT_TRUE(backup.SaveSources(Location(R"(E:\A)"), {R"(C:\1)", "0", R"(C:\3)"}));
+    EXPECT_THAT(backup.Sources(Location(R"(E:\A)")), ElementsAre(R"(C:\1)"));
+    EXPECT_TRUE(backup.SaveLocations({R"(E:\A)", "0", R"(E:\C)"}));
     EXPECT_EQ(settings.GetSetting("Target", "TargetPath3", "none"), "none") << "what follows is not written";
-    backup.SaveLocations({R"(E:\A)", "", R"(E:\C)"});
+    EXPECT_TRUE(backup.SaveLocations({R"(E:\A)", "", R"(E:\C)"}));
     EXPECT_EQ(settings.GetSetting("Target", "TargetPath3", "none"), "none");
 }
 
 TEST_F(CRegSettingsTest, AShorterListLeavesNothingOfTheLongerOne) {
-    backup.SaveSources(R"(E:\A)", {R"(C:\1)", R"(C:\2)", R"(C:\3)"});
-    backup.SaveSources(R"(E:\A)", {R"(C:\2)", R"(C:\3)"});
+    EXPECT_TRUE(backup.SaveSources(Location(R"(E:\A)"), {R"(C:\1)", R"(C:\2)", R"(C:\3)"}));
+    EXPECT_TRUE(backup.SaveSources(Location(R"(E:\A)"), {R"(C:\2)", R"(C:\3)"}));
     EXPECT_THAT(settings.GetAllSettings("A"),
                 UnorderedElementsAre(Pair("SourcePath2", R"(C:\2)"), Pair("SourcePath3", R"(C:\3)")));
-    backup.SaveSources(R"(E:\A)", {});
+    EXPECT_TRUE(backup.SaveSources(Location(R"(E:\A)"), {}));
     EXPECT_FALSE(KeyExists(std::string(root) + "\\A"));
 }
 
 TEST_F(CRegSettingsTest, AShorterListLeavesNothingBehindItsEndWhereKeysBelowKeepTheSection) {
-    backup.SaveSources(R"(E:\Save)", {R"(C:\1)", R"(C:\2)", R"(C:\3)"});
-    backup.SaveSources(R"(E:\Save\Old)", {R"(C:\x)"});
-    EXPECT_TRUE(backup.SaveSources(R"(E:\Save)", {R"(C:\9)"}));
+    EXPECT_TRUE(backup.SaveSources(Location(R"(E:\Save)"), {R"(C:\1)", R"(C:\2)", R"(C:\3)"}));
+    EXPECT_TRUE(backup.SaveSources(Location(R"(E:\Save\Old)"), {R"(C:\x)"}));
+    EXPECT_TRUE(backup.SaveSources(Location(R"(E:\Save)"), {R"(C:\9)"}));
     EXPECT_THAT(settings.GetAllSettings("Save"), UnorderedElementsAre(Pair("SourcePath2", R"(C:\9)")))
         << "a source that was taken off the list would be saved for ever";
     EXPECT_THAT(settings.GetAllSettings(R"(Save\Old)"), UnorderedElementsAre(Pair("SourcePath2", R"(C:\x)")));
@@ -214,25 +214,25 @@ TEST_F(CRegSettingsTest, AShorterListLeavesNothingBehindItsEndWhereKeysBelowKeep
 
 TEST_F(CRegSettingsTest, AListThatCannotBeStoredIsTold) {
     machine.registry.MakeReadOnly(std::string(root) + "\\A");
-    EXPECT_FALSE(backup.SaveSources(R"(E:\A)", {R"(C:\1)"}));
-    EXPECT_TRUE(backup.SaveSources(R"(E:\B)", {R"(C:\1)"}));
+    EXPECT_FALSE(backup.SaveSources(Location(R"(E:\A)"), {R"(C:\1)"}));
+    EXPECT_TRUE(backup.SaveSources(Location(R"(E:\B)"), {R"(C:\1)"}));
 }
 
 TEST_F(CRegSettingsTest, NumbersHaveNoLeadingZeros) {
     std::vector<std::string> many(12, R"(C:\x)");
-    backup.SaveSources(R"(E:\A)", many);
+    EXPECT_TRUE(backup.SaveSources(Location(R"(E:\A)"), many));
     EXPECT_EQ(settings.GetSetting("A", "SourcePath10", "none"), R"(C:\x)");
-    EXPECT_EQ(backup.Sources(R"(E:\A)").size(), 12U);
+    EXPECT_EQ(backup.Sources(Location(R"(E:\A)")).size(), 12U);
 }
 
 TEST_F(CRegSettingsTest, TheCounterOfAListIsSixteenBitsWide) {
     machine.faults.KeepJournal(false);
     std::vector<std::string> many(32'765, "x");
-    backup.SaveSources(R"(E:\A)", many);
-    EXPECT_EQ(backup.Sources(R"(E:\A)").size(), 32'765U);
+    EXPECT_TRUE(backup.SaveSources(Location(R"(E:\A)"), many));
+    EXPECT_EQ(backup.Sources(Location(R"(E:\A)")).size(), 32'765U);
     settings.SaveSetting("A", "SourcePath32767", "x");
     try {
-        static_cast<void>(backup.Sources(R"(E:\A)"));
+        static_cast<void>(backup.Sources(Location(R"(E:\A)")));
         FAIL() << "no overflow";
     } catch (const RuntimeError& error) {
         EXPECT_EQ(error.Number(), runtimeerror::overflow);

@@ -43,16 +43,16 @@ TEST(SplitCommandLineTest, ArgumentsBehindTheLastAreDropped) {
 
 class CommandFileTest : public ProgramTest {
  protected:
-    CommandFileTest() { program.gCommandFile = Beside("Command.txt"); }
+    CommandFileTest() { program.session.gCommandFile = Beside("Command.txt"); }
 
     bool Take(const std::string& arguments) {
         machine.process.arguments = arguments;
-        return app::GetCommandLine(program);
+        return app::GetCommandLine(program.session);
     }
 
     void TakeFlagsOf(const std::string& file) {
         machine.Write(Beside("Command.txt"), file);
-        app::TakeRunFlags(program);
+        app::TakeRunFlags(program.session);
     }
 
     Program program{machine.machine(), nullptr};
@@ -113,27 +113,27 @@ TEST_F(CommandFileTest, AFileThatCannotBeWrittenIsARunTimeError) {
 
 TEST_F(CommandFileTest, TheLastLetterOfAKindCounts) {
     TakeFlagsOf("A\r\nC\r\n");
-    EXPECT_FALSE(program.gAllFiles);
+    EXPECT_FALSE(program.session.gAllFiles);
     TakeFlagsOf("C\r\nSave\r\na\r\n");
-    EXPECT_TRUE(program.gAllFiles);
-    EXPECT_FALSE(program.gShowMessage);
+    EXPECT_TRUE(program.session.gAllFiles);
+    EXPECT_FALSE(program.session.gShowMessage);
 }
 
 TEST_F(CommandFileTest, ALastLineWithoutLineBreakSetsItsFlag) {
     TakeFlagsOf("A\r\nSave\r\nS");
-    EXPECT_TRUE(program.gAllFiles);
-    EXPECT_TRUE(program.gShowMessage);
+    EXPECT_TRUE(program.session.gAllFiles);
+    EXPECT_TRUE(program.session.gShowMessage);
 }
 
 TEST_F(CommandFileTest, OnlyExactLettersCount) {
     TakeFlagsOf("All\r\n A\r\n-A\r\nA \r\nSS\r\nS\n\r\n\r\nA\r");
-    EXPECT_FALSE(program.gAllFiles);
-    EXPECT_FALSE(program.gShowMessage);
+    EXPECT_FALSE(program.session.gAllFiles);
+    EXPECT_FALSE(program.session.gShowMessage);
 }
 
 TEST_F(CommandFileTest, AMissingFileIsARunTimeError) {
     try {
-        app::TakeRunFlags(program);
+        app::TakeRunFlags(program.session);
         FAIL() << "no error";
     } catch (const RuntimeError& error) {
         EXPECT_EQ(error.Number(), runtimeerror::fileNotFound);

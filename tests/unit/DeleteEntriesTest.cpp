@@ -250,8 +250,7 @@ TEST_F(DeleteEntriesTest, ReplacingFoldersNeedsALocationAndAFolder) {
 /// Deletes the saved b.txt in a program of its own. What it throws leaves this call.
 void DeleteOne(InMemoryMachine& machine) {
     Program program(machine.machine(), nullptr);
-    program.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
-    auto& window = program.windows.Load<ui::frmSSTab>(program);
+    auto& window = program.windows.Load<ui::frmSSTab>(program.session);
     window.SSTab1.SetTab(ui::tab::reviewSaved);
     window.Command13.Click();
     for (int line = 0; line < window.List6.ListCount(); ++line) {
@@ -264,8 +263,7 @@ void DeleteOne(InMemoryMachine& machine) {
 /// Takes the first line off the list of original paths in a program of its own. What it throws leaves this call.
 void DeleteOneLine(InMemoryMachine& machine) {
     Program program(machine.machine(), nullptr);
-    program.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
-    auto& window = program.windows.Load<ui::frmSSTab>(program);
+    auto& window = program.windows.Load<ui::frmSSTab>(program.session);
     window.SSTab1.SetTab(ui::tab::reviewSaved);
     window.Command16.Click();
     window.List6.SetSelected(0, window.List6.List(0) == R"(C:\Data\a.doc)");

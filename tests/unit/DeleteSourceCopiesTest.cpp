@@ -25,7 +25,7 @@ constexpr const char* noFiles = "               No Files Selected";
 
 /// The main window on its tab "Files To Backup".
 ui::frmSSTab& OpenFilesTab(Program& program) {
-    auto& window = program.windows.Load<ui::frmSSTab>(program);
+    auto& window = program.windows.Load<ui::frmSSTab>(program.session);
     window.SSTab1.SetTab(ui::tab::filesToBackup);
     return window;
 }
@@ -39,7 +39,6 @@ void Select(ui::frmSSTab& window, const Lines& sources) {
 class DeleteSourceCopiesTest : public ProgramTest {
  protected:
     DeleteSourceCopiesTest() {
-        program.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
         machine.Seed(
             {{R"(C:\Data\a.doc)", "a"},
              {R"(C:\Data\Sub\b.txt)", "b"},
@@ -285,7 +284,6 @@ TEST_F(DeleteSourceCopiesTest, NoPathLeadsOutOfTheLocation) {
                             R"(C:\Da*)", R"(C:\*.txt)", R"(C:\?otes.txt)"}) {
         UseSources({odd, R"(C:\Music)"});
         Program other(machine.machine(), nullptr);
-        other.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
         ui::frmSSTab& window = OpenFilesTab(other);
         Select(window, {odd});
         const std::size_t told = Told().size();
@@ -531,7 +529,6 @@ class Deletion {
  private:
     End Delete(const std::function<void(FaultPlan&)>& disturb) {
         Program program(machine.machine(), nullptr);
-        program.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
         ui::frmSSTab& window = OpenFilesTab(program);
         Select(window, {R"(C:\Data)", R"(C:\Notes.txt)"});
         machine.faults.Reset();

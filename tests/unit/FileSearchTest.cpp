@@ -1,7 +1,5 @@
 #include "fileops/FileSearch.h"
 
-#include "forms/Form.h"
-#include "forms/Windows.h"
 #include "tests/unit/ProgramFixture.h"
 
 namespace marlok::test {
@@ -22,9 +20,8 @@ class FileSearchTest : public testing::Test {
 
     void Search(const std::string& pattern = "*.*") {
         spec = {true, 0, 0, pattern, "E:\\Save\\"};
-        list.Clear();
-        folders = {};
-        SearchFiles(machine.files, spec, &list, &folders, searchOn);
+        found.clear();
+        folders = SearchFiles(machine.files, spec, sink);
     }
 
     Lines Empties() {
@@ -38,36 +35,35 @@ class FileSearchTest : public testing::Test {
     }
 
     InMemoryMachine machine;
-    forms::Windows windows{machine.desktop, machine.clock, nullptr};
-    forms::Form form{windows, "Form", ""};
-    forms::ListBox list{form, "List"};
+    Lines found;
     SearchSpec spec;
     FoundFolders folders;
     bool searchOn = true;
+    SearchSink sink{[this](std::string path) { found.push_back(std::move(path)); }, [this] { return searchOn; }};
 };
 
 TEST_F(FileSearchTest, FoldersAreEnteredAsTheyAreMet) {
     Search();
-    EXPECT_THAT(list.Items(), ElementsAre(R"(E:\Save\a.txt)", R"(E:\Save\Docs\b.doc)", R"(E:\Save\Docs\Deep\c.txt)",
-                                          R"(E:\Save\z.txt)"));
+    EXPECT_THAT(found, ElementsAre(R"(E:\Save\a.txt)", R"(E:\Save\Docs\b.doc)", R"(E:\Save\Docs\Deep\c.txt)",
+                                   R"(E:\Save\z.txt)"));
     EXPECT_THAT(folders.paths,
                 ElementsAre(R"(E:\Save\Docs)", R"(E:\Save\Docs\Deep)", R"(E:\Save\Empty)", R"(E:\Save\Empty\Inner)"));
     EXPECT_EQ(spec.fileCount, 4);
     EXPECT_EQ(spec.folderCount, 4);
 }
 
-TEST_F(FileSearchTest, FoldersWithoutAnyFileBelowThemAreToldParentsFirst) {
+TEST_F(FileSearchTest, FoldersWithoutAnyFileBelowThemAreReportedParentsFirst) {
     Search();
     EXPECT_THAT(Empties(), ElementsAre(R"(E:\Save\Empty)", R"(E:\Save\Empty\Inner)"));
 }
 
 TEST_F(FileSearchTest, APatternChoosesAmongTheFilesInAllFolders) {
     Search("*.TXT");
-    EXPECT_THAT(list.Items(), ElementsAre(R"(E:\Save\a.txt)", R"(E:\Save\Docs\Deep\c.txt)", R"(E:\Save\z.txt)"));
+    EXPECT_THAT(found, ElementsAre(R"(E:\Save\a.txt)", R"(E:\Save\Docs\Deep\c.txt)", R"(E:\Save\z.txt)"));
     Search("?.doc");
-    EXPECT_THAT(list.Items(), ElementsAre(R"(E:\Save\Docs\b.doc)"));
+    EXPECT_THAT(found, ElementsAre(R"(E:\Save\Docs\b.doc)"));
     Search("none*");
-    EXPECT_THAT(list.Items(), IsEmpty());
+    EXPECT_THAT(found, IsEmpty());
 }
 
 TEST_F(FileSearchTest, TheProgramsWorkingFilesAreLeftOutYetFillAFolder) {
@@ -95,12 +91,18 @@ TEST_F(FileSearchTest, AFolderThatCannotBeListedIsNotTakenForEmpty) {
 TEST_F(FileSearchTest, NothingIsSearchedWhileTheSearchIsOff) {
     searchOn = false;
     Search();
-    EXPECT_THAT(list.Items(), IsEmpty());
+    EXPECT_THAT(found, IsEmpty());
+}
+
+TEST_F(FileSearchTest, FoldersAreListedOnlyWhenAsked) {
+    spec = {false, 0, 0, "*.*", "E:\\Save\\"};
+    EXPECT_THAT(SearchFiles(machine.files, spec, sink).paths, IsEmpty());
+    EXPECT_EQ(spec.folderCount, 4);
 }
 
 TEST_F(FileSearchTest, AMissingFolderHoldsNothing) {
     spec = {true, 0, 0, "*.*", "N:\\Nowhere\\"};
-    SearchFiles(machine.files, spec, &list, nullptr, searchOn);
+    EXPECT_THAT(SearchFiles(machine.files, spec, sink).paths, IsEmpty());
     EXPECT_EQ(spec.fileCount, 0);
 }
 
@@ -110,7 +112,7 @@ TEST_F(FileSearchTest, HoldsHundredThousandFiles) {
     }
     Search();
     EXPECT_EQ(spec.fileCount, 100'004);
-    EXPECT_EQ(list.ListCount(), 100'004);
+    EXPECT_EQ(found.size(), 100'004U);
 }
 
 }  // namespace

@@ -3,10 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "engine/OriginalPathList.h"
+#include "fileops/Deleting.h"
 #include "fileops/InternetConnection.h"
+#include "fileops/Replacing.h"
 #include "fileops/VersionInfo.h"
-#include "fileops/WorkingFiles.h"
+#include "fileops/WholeFiles.h"
 #include "fileops/txtFunctions.h"
+#include "paths/Path.h"
+#include "paths/WorkingFiles.h"
 #include "platform/RuntimeError.h"
 #include "tests/machine/InMemoryMachine.h"
 
@@ -29,48 +34,13 @@ class FolderFunctionsTest : public testing::Test {
 
     bool CreateNested(const std::string& path) { return CreateNestedFolders(machine.files, machine.process, path); }
     std::string Find(const std::string& name) {
-        return FindOriginalPath(machine.files, machine.system, list, name, gSearchOn);
+        return FindOriginalPath(ReadTextFile(machine.files, machine.system, list), name, gSearchOn);
     }
 
     InMemoryMachine machine;
     const std::string list = R"(C:\list.txt)";
     bool gSearchOn = true;
 };
-
-TEST_F(FolderFunctionsTest, Backslashes) {
-    EXPECT_EQ(AddBackslash(R"(C:\A)"), R"(C:\A\)");
-    EXPECT_EQ(AddBackslash(R"(C:\A\)"), R"(C:\A\)");
-    EXPECT_EQ(AddBackslash(""), "\\");
-    EXPECT_EQ(WithoutBackslash(R"(C:\A\\)"), R"(C:\A)");
-    EXPECT_EQ(WithoutBackslash("C:\\"), "C:\\");
-    EXPECT_EQ(WithoutBackslash(""), "");
-}
-
-TEST_F(FolderFunctionsTest, PartsOfPaths) {
-    EXPECT_EQ(PathAfterRoot(R"(D:\Backups\Daily)"), R"(Backups\Daily)");
-    EXPECT_EQ(PathAfterRoot("C:\\"), "") << "a location at a drive's root maps to the application key itself";
-    EXPECT_EQ(PathAfterRoot("D:"), "");
-    EXPECT_EQ(PathAfterRoot(R"(\\server\share\x)"), R"(server\share\x)");
-    EXPECT_EQ(FileNameOf(R"(C:\A\b.txt)"), "b.txt");
-    EXPECT_EQ(FileNameOf(R"(C:\A\)"), R"(A\)");
-    EXPECT_EQ(FileNameOf("b.txt"), "b.txt");
-    EXPECT_EQ(FolderOf(R"(C:\A\b.txt)"), R"(C:\A)");
-    EXPECT_EQ(FolderOf(R"(C:\b.txt)"), "C:\\");
-    EXPECT_EQ(FolderOf("b.txt"), "");
-}
-
-TEST_F(FolderFunctionsTest, TokensAreCutOffTheFront) {
-    std::string text = R"(Data\Sub\)";
-    EXPECT_EQ(NextToken(text, "\\"), R"(Data\)");
-    EXPECT_EQ(text, R"(Sub\)");
-    EXPECT_EQ(NextToken(text, "\\"), R"(Sub\)");
-    EXPECT_EQ(text, "");
-    text = "none";
-    EXPECT_EQ(NextToken(text, "\\"), "");
-    EXPECT_EQ(text, "none");
-    text = "a\r\nb";
-    EXPECT_EQ(NextToken(text, "\r\n"), "a\r\n");
-}
 
 TEST_F(FolderFunctionsTest, NestedFoldersAreMadeAsNeeded) {
     EXPECT_TRUE(CreateNested(R"(E:\Saved\2004\May)"));

@@ -3,8 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "forms/Form.h"
-#include "forms/Windows.h"
+#include "paths/Path.h"
 #include "platform/RuntimeError.h"
 #include "tests/machine/InMemoryMachine.h"
 
@@ -20,22 +19,21 @@ class FolderScanTest : public testing::Test {
 
     void TearDown() override { machine.ExpectNoLeaks(); }
 
-    /// Scans `root` and returns the list.
+    /// Scans `root` and returns the folders below it.
     std::vector<std::string> Scan(const std::string& root) {
-        tree.Clear();
-        list.Clear();
-        node = &tree.Add(nullptr, root + "Dir", root);
-        AddChildFolders(scan, tree, *node, &list);
-        return list.Items();
+        scan = ScanFolders(machine.files, root, options);
+        std::vector<std::string> below;
+        for (const ScannedFolder& folder : scan.folders) {
+            if (folder.parent != ScannedFolder::noParent) {
+                below.push_back(folder.path);
+            }
+        }
+        return below;
     }
 
     InMemoryMachine machine;
-    forms::Windows windows{machine.desktop, machine.clock, nullptr};
-    forms::Form form{windows, "Form", ""};
-    forms::TreeView tree{form, "TreeView1"};
-    forms::ListBox list{form, "List1"};
-    FolderScan scan{machine.files, true, true, "", {}, nullptr};
-    forms::Node* node = nullptr;
+    ScanOptions options;
+    FolderScan scan;
 };
 
 TEST_F(FolderScanTest, FoldersComeInPreOrderWithoutTrailingBackslash) {
@@ -43,44 +41,17 @@ TEST_F(FolderScanTest, FoldersComeInPreOrderWithoutTrailingBackslash) {
     EXPECT_THAT(Scan(R"(C:\Data)"), ElementsAre(R"(C:\Data\a)", R"(C:\Data\a\x)", R"(C:\Data\a\y)", R"(C:\Data\b)"));
 }
 
-TEST_F(FolderScanTest, NodesBearKeyAndNameAndThePathFollowsFromThem) {
-    machine.Seed({{R"(C:\Data\Projects\Deep\)"}});
-    Scan(R"(C:\Data)");
-    const forms::Node* projects = tree.Find(R"(C:\Data\ProjectsDir)");
-    ASSERT_NE(projects, nullptr);
-    EXPECT_EQ(projects->Text(), "Projects");
-    EXPECT_EQ(projects->Parent(), node);
-    EXPECT_EQ(projects->FullPath(), R"(C:\Data\Projects)");
-    ASSERT_NE(tree.Find(R"(C:\Data\Projects\DeepDir)"), nullptr);
-}
-
-TEST_F(FolderScanTest, ATrailingBackslashOfTheRootGivesTheSameKeys) {
-    machine.Seed({{R"(C:\Data\Projects\)"}});
+TEST_F(FolderScanTest, TheFolderScannedComesFirstAndEachOneKnowsWhereItLies) {
+    machine.Seed({{R"(C:\Data\Projects\Deep\)"}, {R"(C:\Data\z\)"}});
     Scan(R"(C:\Data\)");
-    EXPECT_NE(tree.Find(R"(C:\Data\ProjectsDir)"), nullptr);
-    EXPECT_THAT(list.Items(), ElementsAre(R"(C:\Data\Projects)"));
-}
-
-TEST_F(FolderScanTest, AFolderWithoutSubfoldersIsStillSortedAndExpanded) {
-    machine.Seed({{R"(C:\Data\Empty\)"}});
-    Scan(R"(C:\Data\Empty)");
-    EXPECT_THAT(node->Children(), IsEmpty());
-    EXPECT_TRUE(node->Sorted);
-    EXPECT_TRUE(node->Expanded);
-    scan.gNodesSorted = false;
-    scan.gNodesExpanded = false;
-    Scan(R"(C:\Data\Empty)");
-    EXPECT_FALSE(node->Sorted);
-    EXPECT_FALSE(node->Expanded);
-}
-
-TEST_F(FolderScanTest, EveryScannedNodeIsSortedAndExpanded) {
-    machine.Seed({{R"(C:\Data\a\b\)"}});
-    Scan(R"(C:\Data)");
-    for (const char* key : {R"(C:\DataDir)", R"(C:\Data\aDir)", R"(C:\Data\a\bDir)"}) {
-        ASSERT_NE(tree.Find(key), nullptr) << key;
-        EXPECT_TRUE(tree.Find(key)->Sorted && tree.Find(key)->Expanded) << key;
-    }
+    ASSERT_EQ(scan.folders.size(), 4U);
+    EXPECT_EQ(scan.folders[0].path, R"(C:\Data)");
+    EXPECT_EQ(scan.folders[0].Name(), R"(C:\Data)");
+    EXPECT_EQ(scan.folders[1].Name(), "Projects");
+    EXPECT_EQ(scan.folders[1].parent, 0U);
+    EXPECT_EQ(scan.folders[2].Name(), "Deep");
+    EXPECT_EQ(scan.folders[2].parent, 1U);
+    EXPECT_EQ(scan.folders[3].parent, 0U);
 }
 
 TEST_F(FolderScanTest, HiddenAndSystemFoldersAreIncluded) {
@@ -88,7 +59,7 @@ TEST_F(FolderScanTest, HiddenAndSystemFoldersAreIncluded) {
     EXPECT_THAT(Scan(R"(C:\Data)"), ElementsAre(R"(C:\Data\h)", R"(C:\Data\s)"));
 }
 
-TEST_F(FolderScanTest, TheFirstEntryOfADriveIsPassedOverAndTold) {
+TEST_F(FolderScanTest, TheFirstEntryOfADriveIsSkippedAndReported) {
     machine.Seed({{R"(D:\first\)"}, {R"(D:\second\)"}, {R"(D:\third\)"}});
     EXPECT_THAT(Scan("D:\\"), ElementsAre(R"(D:\second)", R"(D:\third)"));
     EXPECT_THAT(scan.missed, ElementsAre(R"(D:\first)"));
@@ -105,25 +76,6 @@ TEST_F(FolderScanTest, WhatCannotBeListedHasNoChildren) {
     machine.Seed({{R"(C:\Data\Closed\Inner\)"}, {R"(C:\Data\Open\)"}});
     machine.Deny(R"(C:\Data\Closed)");
     EXPECT_THAT(Scan(R"(C:\Data)"), ElementsAre(R"(C:\Data\Closed)", R"(C:\Data\Open)"));
-}
-
-TEST_F(FolderScanTest, WithoutAListOnlyNodesAreMade) {
-    machine.Seed({{R"(C:\Data\a\)"}});
-    forms::Node& root = tree.Add(nullptr, R"(C:\DataDir)", R"(C:\Data)");
-    AddChildFolders(scan, tree, root, nullptr);
-    EXPECT_EQ(tree.NodeCount(), 2);
-}
-
-TEST_F(FolderScanTest, AFolderReachedTwiceIsAnError) {
-    machine.Seed({{R"(C:\Data\a\)"}});
-    tree.Add(nullptr, R"(C:\Data\aDir)", "taken");
-    try {
-        Scan(R"(C:\Data)");
-        tree.Add(nullptr, R"(C:\Data\aDir)", "taken again");
-        FAIL() << "a key must be unique";
-    } catch (const RuntimeError& error) {
-        EXPECT_EQ(error.Number(), runtimeerror::keyNotUnique);
-    }
 }
 
 TEST_F(FolderScanTest, ALinkToAFolderAboveItIsLeftOut) {
@@ -157,7 +109,7 @@ TEST_F(FolderScanTest, APlaceholderFolderIsAFolderLikeAnyOther) {
 
 TEST_F(FolderScanTest, TheLocationBeingWrittenIsLeftOut) {
     machine.Seed({{R"(C:\Data\Backup\Data\)"}, {R"(C:\Data\Backup2\)"}, {R"(C:\Data\x\)"}});
-    scan.locationFinalPath = R"(C:\data\BACKUP)";
+    options.locationFinalPath = R"(C:\data\BACKUP)";
     EXPECT_THAT(Scan(R"(C:\Data)"), ElementsAre(R"(C:\Data\Backup2)", R"(C:\Data\x)"));
     machine.MakeLink(R"(C:\Data\x\in)", R"(C:\Data\Backup\Data)");
     EXPECT_THAT(Scan(R"(C:\Data)"), ElementsAre(R"(C:\Data\Backup2)", R"(C:\Data\x)"));
@@ -193,18 +145,33 @@ TEST_F(FolderScanTest, ATreePastFourThousandCharactersIsScannedToItsEnd) {
 
 TEST_F(FolderScanTest, FilesAreHandedOnForTheCopying) {
     machine.Seed({{R"(C:\Data\a.txt)", "one"}, {R"(C:\Data\Sub\b.txt)", "two2"}});
-    ListedFolders listed;
-    scan.listed = &listed;
     Scan(R"(C:\Data)");
-    const auto top = listed.Take(R"(C:\Data\)");
-    ASSERT_TRUE(top.has_value());
-    ASSERT_EQ(top->size(), 1U);
-    EXPECT_EQ(top->front().name, "a.txt");
-    EXPECT_EQ(top->front().size, 3U);
-    const auto sub = listed.Take(R"(C:\Data\Sub\)");
-    ASSERT_TRUE(sub.has_value());
-    EXPECT_EQ(sub->front().name, "b.txt");
-    EXPECT_FALSE(listed.Take(R"(C:\Data\)").has_value()) << "handed over once";
+    ASSERT_TRUE(scan.folders[0].files.has_value());
+    ASSERT_EQ(scan.folders[0].files->size(), 1U);
+    EXPECT_EQ(scan.folders[0].files->front().name, "a.txt");
+    EXPECT_EQ(scan.folders[0].files->front().size, 3U);
+    ASSERT_TRUE(scan.folders[1].files.has_value());
+    EXPECT_EQ(scan.folders[1].files->front().name, "b.txt");
+}
+
+TEST_F(FolderScanTest, WhatThereIsNoRoomForIsNotKept) {
+    machine.Seed({{R"(C:\Data\a.txt)", "1"}, {R"(C:\Data\b.txt)", "2"}, {R"(C:\Data\Sub\c.txt)", "3"}});
+    options.entriesKept = 2;
+    Scan(R"(C:\Data)");
+    EXPECT_TRUE(scan.folders[0].files.has_value());
+    EXPECT_FALSE(scan.folders[1].files.has_value());
+}
+
+TEST_F(FolderScanTest, AListingThatBreaksOffIsReportedAndItsFilesAreNotKept) {
+    machine.Seed({{R"(C:\Data\a.txt)", "1"}, {R"(C:\Data\Sub\)"}});
+    machine.faults.FailWhen([](const Step& step) {
+        return step.operation == "FindNext" && step.path.starts_with(R"(C:\Data\*)") ? error::ioDevice : error::success;
+    });
+    Scan(R"(C:\Data)");
+    ASSERT_EQ(scan.unlisted.size(), 1U);
+    EXPECT_EQ(scan.unlisted[0].path, R"(C:\Data)");
+    EXPECT_EQ(scan.unlisted[0].code, error::ioDevice);
+    EXPECT_FALSE(scan.folders[0].files.has_value());
 }
 
 TEST(TrimAtNullTest, TheTextUpToItsFirstZero) {
@@ -212,13 +179,6 @@ TEST(TrimAtNullTest, TheTextUpToItsFirstZero) {
     EXPECT_EQ(TrimAtNull(std::string_view("ab\0cd", 5)), "ab");
     EXPECT_EQ(TrimAtNull(std::string_view("\0", 1)), "");
     EXPECT_EQ(TrimAtNull(""), "");
-}
-
-TEST(IsAtOrBelowTest, WholeComponentsInAnyLetterCase) {
-    EXPECT_TRUE(IsAtOrBelow(R"(C:\Data)", R"(c:\data\)"));
-    EXPECT_TRUE(IsAtOrBelow(R"(C:\Data\x)", "C:\\"));
-    EXPECT_FALSE(IsAtOrBelow(R"(C:\Data2)", R"(C:\Data)"));
-    EXPECT_FALSE(IsAtOrBelow(R"(C:\)", R"(C:\Data)"));
 }
 
 }  // namespace

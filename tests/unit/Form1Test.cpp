@@ -25,14 +25,13 @@ class Form1Test : public ProgramTest {
     Form1Test() {
         machine.Seed({{R"(C:\Data\a.doc)", "one", At(10, 0)}, {R"(C:\Data\Sub\b.txt)", "two", At(10, 0)}});
         Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
-        program.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
         views.onControlChanged = [this](const forms::Control& control, forms::Aspect aspect) { Note(control, aspect); };
     }
 
     /// Starts a run of these locations as the main window does, up to where its timer is about to fire.
     Form1& Load(const Lines& locations = {R"(E:\Save)"}) {
-        program.windows.Load<Form5>(program);
-        return program.windows.Load<Form1>(program, locations, [this] { ++quietRuns; });
+        program.windows.Load<Form5>(program.session.machine, program.session.gAllFiles);
+        return program.windows.Load<Form1>(program.session, LocationsAt(locations), [this] { ++quietRuns; });
     }
 
     /// Lets the timer of a run fire.
@@ -82,7 +81,7 @@ TEST_F(Form1Test, ARunSavesListsAndLogs) {
               (Tree{{"Data\\", ""}, {"Data\\Sub\\", ""}, {"Data\\Sub\\b.txt", "two"}, {"Data\\a.doc", "one"}}));
     EXPECT_THAT(window.List2.Items(), ElementsAre(R"(E:\Save\Data\a.doc)", R"(E:\Save\Data\Sub\b.txt)"));
     EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre(R"(C:\Data\a.doc)", R"(C:\Data\Sub\b.txt)"));
-    EXPECT_EQ(program.exitCode, exitcode::allDone);
+    EXPECT_EQ(program.session.exitCode, exitcode::allDone);
     EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
 }
 
@@ -97,7 +96,7 @@ TEST_F(Form1Test, TheLogSaysWasBeforeTheCount) {
 
 TEST_F(Form1Test, WhenNothingIsCopiedTheLogIsItsFirstLine) {
     Form1& window = Run();
-    window.RunAgain({R"(E:\Save)"});
+    window.RunAgain({Location(R"(E:\Save)")});
     Finish(window);
     EXPECT_EQ(machine.Read(Beside("Backup Log File.txt")), "Total files copied Monday, Nov 15 2004 12:00 PM was 0\r\n");
     EXPECT_EQ(window.Label1.Caption.Get(), "Total files copied was 0");
@@ -119,19 +118,9 @@ TEST_F(Form1Test, LocationsThatWereNotChosenDoNotRun) {
     EXPECT_FALSE(machine.Exists(Beside("Save.txt")));
 }
 
-TEST_F(Form1Test, AnEmptyLineOrAZeroEndsTheLocations) {
-    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}, {R"(E:\More)", {R"(C:\Data\Sub)"}}});
-    for (const char* end : {"", "0"}) {
-        Finish(Load({R"(E:\Save)", end, R"(E:\More)"})).Unload();
-        EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
-        EXPECT_FALSE(machine.Exists(R"(E:\More)"));
-        machine.Remove(R"(E:\Save)");
-    }
-}
-
 TEST_F(Form1Test, WithoutALocationTheRunGoesStraightToItsLog) {
-    for (const Lines& none : {Lines{""}, Lines{"0", R"(E:\Save)"}, Lines{}}) {
-        Form1& window = Load(none);
+    {
+        Form1& window = Load({});
         EXPECT_TRUE(window.Timer1.Running());
         EXPECT_EQ(machine.Tree("E:\\"), Tree{});
         Finish(window);
@@ -143,7 +132,7 @@ TEST_F(Form1Test, WithoutALocationTheRunGoesStraightToItsLog) {
 }
 
 TEST_F(Form1Test, StatusTextsOfARunOfChangedFiles) {
-    program.gShowMessage = true;
+    program.session.gShowMessage = true;
     Run();
     EXPECT_THAT(statuses,
                 ElementsAre("Copying Save Files", "Now Writing Log File, Please Wait!", "Backup Is Finished !",
@@ -152,7 +141,7 @@ TEST_F(Form1Test, StatusTextsOfARunOfChangedFiles) {
 
 TEST_F(Form1Test, StatusTextsOfARunOfAllFiles) {
     machine.Seed({{R"(E:\Save\stale.txt)", "s"}});
-    program.gAllFiles = true;
+    program.session.gAllFiles = true;
     Run();
     EXPECT_THAT(statuses, ElementsAre("Deleting Save Files", "Copying Save Files", "Now Writing Log File, Please Wait!",
                                       "Backup Is Finished !"));
@@ -160,7 +149,7 @@ TEST_F(Form1Test, StatusTextsOfARunOfAllFiles) {
 
 TEST_F(Form1Test, AStatusTextNamesEachLocationByItsPathWithoutTheDrive) {
     Configure(machine, {{R"(E:\Backups\Daily)", {R"(C:\Data)"}}, {R"(E:\Save)", {R"(C:\Data\Sub)"}}});
-    program.gAllFiles = true;
+    program.session.gAllFiles = true;
     Run({R"(E:\Backups\Daily)", R"(E:\Save)"});
     EXPECT_THAT(statuses, ElementsAre(R"(Copying Backups\Daily Files)", "Copying Save Files",
                                       "Now Writing Log File, Please Wait!", "Backup Is Finished !"))
@@ -264,7 +253,7 @@ TEST_F(Form1Test, TheTimerWritesTheLogTwentyFiveMillisecondsAfterTheCopying) {
 }
 
 TEST_F(Form1Test, TheResultIsShownAtTheTick) {
-    program.gShowMessage = true;
+    program.session.gShowMessage = true;
     const Form1& window = Run();
     EXPECT_EQ(window.Label1.Caption.Get(), "Total files copied was 2");
     EXPECT_EQ(window.Label2.Caption.Get(), "Backup Has Been Completed");
@@ -297,7 +286,7 @@ TEST_F(Form1Test, TheShortcutOpensTheLog) {
 }
 
 TEST_F(Form1Test, WithAClosingMessageTheProgressWindowSaysThatTheBackupIsCompleted) {
-    program.gShowMessage = true;
+    program.session.gShowMessage = true;
     Run();
     EXPECT_EQ(Progress().Label3.Caption.Get(), "Backup Completed");
     EXPECT_FALSE(Progress().picBox->Visible);
@@ -307,7 +296,7 @@ TEST_F(Form1Test, WithAClosingMessageTheProgressWindowSaysThatTheBackupIsComplet
 }
 
 TEST_F(Form1Test, WithoutAClosingMessageTheWindowIsHiddenAndTheMainWindowTold) {
-    program.gShowMessage = false;
+    program.session.gShowMessage = false;
     const Form1& window = Run();
     EXPECT_FALSE(window.IsVisible());
     EXPECT_EQ(quietRuns, 1);
@@ -325,18 +314,18 @@ TEST_F(Form1Test, AfterAQuietRunTheProgressWindowStaysUntilItIsTold) {
 }
 
 TEST_F(Form1Test, AQuietRunNeedsNobodyToBeTold) {
-    program.windows.Load<Form1>(program, Lines{R"(E:\Save)"}, std::function<void()>());
+    program.windows.Load<Form1>(program.session, LocationsAt({R"(E:\Save)"}), std::function<void()>());
     EXPECT_FALSE(Finish(*program.windows.Find<Form1>()).IsVisible());
 }
 
 TEST_F(Form1Test, AFailureIsToldInTheWindow) {
     machine.Lock(R"(C:\Data\a.doc)");
-    program.gShowMessage = true;
+    program.session.gShowMessage = true;
     const Form1& window = Run();
     EXPECT_TRUE(window.Label3.Visible);
     EXPECT_EQ(window.Label3.Caption.Get(), std::string("1 Failure") + errorLogHint);
     EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(R"(C:\Data\a.doc)", error::sharingViolation)));
-    EXPECT_EQ(program.exitCode, exitcode::somethingFailed);
+    EXPECT_EQ(program.session.exitCode, exitcode::somethingFailed);
 }
 
 TEST_F(Form1Test, SeveralFailuresAreCounted) {
@@ -347,49 +336,56 @@ TEST_F(Form1Test, SeveralFailuresAreCounted) {
 
 TEST_F(Form1Test, AFailureShowsTheWindowEvenWithoutAClosingMessage) {
     machine.Lock(R"(C:\Data\a.doc)");
-    program.gShowMessage = false;
+    program.session.gShowMessage = false;
     const Form1& window = Run();
     EXPECT_TRUE(window.IsVisible());
     EXPECT_TRUE(window.Label3.Visible);
     EXPECT_EQ(quietRuns, 0);
 }
 
-TEST_F(Form1Test, ALogThatCannotBeWrittenIsTold) {
+TEST_F(Form1Test, ALogThatCannotBeWrittenIsAFailureLikeAnyOther) {
     machine.Seed({{Beside("Backup Log File.txt"), "old"}});
     machine.Lock(Beside("Backup Log File.txt"));
     const Form1& window = Run();
     EXPECT_TRUE(window.IsVisible());
     EXPECT_TRUE(window.Label3.Visible);
-    EXPECT_THAT(window.Label3.Caption.Get(), Failed(Beside("Backup Log File.txt"), error::accessDenied));
+    EXPECT_EQ(window.Label3.Caption.Get(), R"(1 Failure, See "Backup Error Log.txt" In The Program's Folder)");
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Log File.txt"), error::accessDenied)));
+    EXPECT_EQ(program.session.exitCode, exitcode::somethingFailed);
     EXPECT_EQ(window.Label2.Caption.Get(), "Backup Has Been Completed");
     EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
 }
 
-TEST_F(Form1Test, AShortcutThatCannotBeMadeIsTold) {
+TEST_F(Form1Test, AShortcutThatCannotBeMadeIsReported) {
     machine.shell.desktopFolder = R"(C:\Gone)";
     const Form1& window = Run();
     EXPECT_TRUE(window.IsVisible());
     EXPECT_TRUE(window.Label3.Visible);
-    EXPECT_THAT(window.Label3.Caption.Get(), Failed("Backup Log File.lnk", error::pathNotFound));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed("Backup Log File.lnk", error::pathNotFound)));
     EXPECT_THAT(RunLog(machine), SizeIs(4));
 }
 
-TEST_F(Form1Test, AMissingDesktopFolderIsToldLikewise) {
+TEST_F(Form1Test, AMissingDesktopFolderIsReportedLikewise) {
     machine.shell.desktopFolder = "";
-    EXPECT_THAT(Run().Label3.Caption.Get(), Failed("Backup Log File.lnk", error::pathNotFound));
+    EXPECT_TRUE(Run().Label3.Visible);
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed("Backup Log File.lnk", error::pathNotFound)));
 }
 
-TEST_F(Form1Test, ALogThatCannotBeWrittenCountsMoreThanItsShortcut) {
+TEST_F(Form1Test, ALogThatCannotBeWrittenIsReportedBesideWhatElseFailed) {
     machine.Seed({{Beside("Backup Log File.txt"), "old"}});
     machine.Lock(Beside("Backup Log File.txt"));
+    machine.Lock(R"(C:\Data\a.doc)");
     machine.shell.desktopFolder = "";
-    EXPECT_THAT(Run().Label3.Caption.Get(), HasSubstr("Backup Log File.txt"));
+    EXPECT_EQ(Run().Label3.Caption.Get(), R"(3 Failures, See "Backup Error Log.txt" In The Program's Folder)");
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(R"(C:\Data\a.doc)", error::sharingViolation),
+                                               Failed(Beside("Backup Log File.txt"), error::accessDenied),
+                                               Failed("Backup Log File.lnk", error::pathNotFound)));
 }
 
 TEST_F(Form1Test, CloseHasTheProgramStartedAgainAndEndsIt) {
     machine.Seed({{Beside("Restart.exe"), "an old one"}});
-    program.windows.Load<app::Form2>(program);
-    program.gShowMessage = true;
+    program.windows.Load<app::Form2>(program.session.machine);
+    program.session.gShowMessage = true;
     Run().Command1.Click();
     EXPECT_THAT(machine.process.Started(), ElementsAre(Beside("Restart.exe")));
     EXPECT_EQ(machine.Read(Beside("Restart.exe")), "restarter");
@@ -398,7 +394,7 @@ TEST_F(Form1Test, CloseHasTheProgramStartedAgainAndEndsIt) {
 }
 
 TEST_F(Form1Test, CloseUnloadsTheProgressWindowBeforeAnythingElse) {
-    program.gShowMessage = true;
+    program.session.gShowMessage = true;
     Form1& window = Run();
     bool gone = false;
     machine.faults.BeforeStep([&](const Step& step) {
@@ -410,15 +406,15 @@ TEST_F(Form1Test, CloseUnloadsTheProgressWindowBeforeAnythingElse) {
 
 TEST_F(Form1Test, TheScanFlagsAreSetWhileTheWindowIsLoaded) {
     Form1& window = Run();
-    EXPECT_TRUE(program.gNodesSorted);
-    EXPECT_TRUE(program.gNodesExpanded);
+    EXPECT_TRUE(program.session.gNodesSorted);
+    EXPECT_TRUE(program.session.gNodesExpanded);
     window.Unload();
-    EXPECT_FALSE(program.gNodesSorted);
-    EXPECT_FALSE(program.gNodesExpanded);
+    EXPECT_FALSE(program.session.gNodesSorted);
+    EXPECT_FALSE(program.session.gNodesExpanded);
 }
 
 TEST_F(Form1Test, UnloadingTheWindowUnloadsEveryWindow) {
-    program.windows.Load<app::Form2>(program);
+    program.windows.Load<app::Form2>(program.session.machine);
     Run().Unload();
     EXPECT_FALSE(program.windows.AnyLoaded());
     EXPECT_THAT(machine.process.Started(), IsEmpty()) << "only Close has the program started again";
@@ -436,7 +432,7 @@ TEST_F(Form1Test, WithoutTheRestartProgramCloseIsARunTimeErrorAndNothingEnds) {
     EXPECT_THAT(machine.process.Started(), IsEmpty());
     EXPECT_FALSE(machine.Exists(Beside("Restart.exe")));
     EXPECT_EQ(program.windows.Find<Form1>(), &window);
-    EXPECT_TRUE(program.gNodesSorted);
+    EXPECT_TRUE(program.session.gNodesSorted);
 }
 
 TEST_F(Form1Test, ARestartProgramThatIsInUseIsARunTimeErrorToo) {
@@ -452,7 +448,7 @@ TEST_F(Form1Test, ASecondRunInTheSameWindowStartsWithEmptyLists) {
     machine.Seed({{R"(C:\Data\c.txt)", "three", At(10, 0)}});
     Form1& window = Run();
     machine.Seed({{R"(C:\Data\a.doc)", "later", At(11, 0)}});
-    window.RunAgain({R"(E:\Save)"});
+    window.RunAgain({Location(R"(E:\Save)")});
     Finish(window);
     EXPECT_THAT(window.List2.Items(), ElementsAre(R"(E:\Save\Data\a.doc)"));
     EXPECT_EQ(window.List1.ListCount(), 0);
@@ -463,7 +459,7 @@ TEST_F(Form1Test, ASecondRunInTheSameWindowStartsWithEmptyLists) {
 TEST_F(Form1Test, OfTwoRunsTheLogHoldsTheSecondAndTheListOfOriginalPathsBoth) {
     Form1& window = Run();
     machine.Seed({{R"(C:\Data\a.doc)", "later", At(11, 0)}, {R"(C:\Data\z.txt)", "new", At(11, 0)}});
-    window.RunAgain({R"(E:\Save)"});
+    window.RunAgain({Location(R"(E:\Save)")});
     Finish(window);
     EXPECT_THAT(RunLog(machine), ElementsAre(EndsWith(" was 2"), "", R"(E:\Save\Data\a.doc)", R"(E:\Save\Data\z.txt)"));
     EXPECT_THAT(OriginalList(machine, "Save"),
@@ -475,7 +471,7 @@ TEST_F(Form1Test, ASecondRunShowsTheHiddenWindowWithoutTheFirstOnesResult) {
     Form1& window = Run();
     machine.Lock(R"(C:\Data\a.doc)", false);
     window.Hide();
-    window.RunAgain({R"(E:\Save)"});
+    window.RunAgain({Location(R"(E:\Save)")});
     EXPECT_TRUE(window.IsVisible());
     EXPECT_FALSE(window.Label3.Visible);
     EXPECT_FALSE(window.List2.Visible);
@@ -490,7 +486,7 @@ TEST_F(Form1Test, WhatIsClickedDuringARunIsThrownAwayOnceARun) {
     EXPECT_EQ(machine.desktop.Discards(), 1);
     Finish(window);
     EXPECT_EQ(machine.desktop.Discards(), 1);
-    window.RunAgain({R"(E:\Save)"});
+    window.RunAgain({Location(R"(E:\Save)")});
     EXPECT_EQ(machine.desktop.Discards(), 2);
 }
 
@@ -507,7 +503,7 @@ TEST_F(Form1Test, CopyAllEmptiesTheLocationForGood) {
     machine.Seed({{R"(E:\Save\stale.txt)", "s", {}, attribute::readOnly | attribute::hidden},
                   {R"(E:\Save\Old\Deep\x.txt)", "x"},
                   {R"(E:\Save\Data\a.doc)", "newer than its source", At(11, 0)}});
-    program.gAllFiles = true;
+    program.session.gAllFiles = true;
     Run();
     EXPECT_EQ(machine.Tree(R"(E:\Save)"),
               (Tree{{"Data\\", ""}, {"Data\\Sub\\", ""}, {"Data\\Sub\\b.txt", "two"}, {"Data\\a.doc", "one"}}));

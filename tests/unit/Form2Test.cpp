@@ -13,7 +13,7 @@ class Form2Test : public ProgramTest {
     Form2Test() {
         machine.Seed({{R"(C:\Data\a.doc)", "one"}, {Beside("Restart.exe"), "restarter"}});
         Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
-        app::Main(program);
+        app::Main(program.session, program.windows);
     }
 
     Program program{machine.machine(), nullptr};

@@ -15,7 +15,7 @@ constexpr int twipsPerPixel = 15;
 
 class Form5Test : public ProgramTest {
  protected:
-    Form5& Load() { return program.windows.Load<Form5>(program); }
+    Form5& Load() { return program.windows.Load<Form5>(program.session.machine, program.session.gAllFiles); }
 
     /// Loads the window on a system of this version.
     Form5& LoadOn(const VersionRecord& version) {
@@ -56,14 +56,14 @@ bool Overlap(const forms::Control& a, const forms::Control& b) {
 }
 
 TEST_F(Form5Test, ItSaysThatAllFilesAreCopied) {
-    program.gAllFiles = true;
+    program.session.gAllFiles = true;
     const Form5& window = Load();
     EXPECT_EQ(window.Label2.Caption.Get(), "Copying All Files!");
     EXPECT_EQ(window.Label2.Alignment.Get(), forms::Label::Align::centre);
 }
 
 TEST_F(Form5Test, ItSaysThatChangedFilesOnlyAreCopied) {
-    program.gAllFiles = false;
+    program.session.gAllFiles = false;
     EXPECT_EQ(Load().Label2.Caption.Get(), "Copying Changed Files Only!");
 }
 

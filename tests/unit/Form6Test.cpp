@@ -27,15 +27,14 @@ class Form6Test : public ProgramTest {
 
     Form6& Load() {
         program_ = std::make_unique<Program>(machine.machine(), nullptr);
-        program_->gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
-        return program_->windows.Load<Form6>(*program_);
+        return program_->windows.Load<Form6>(program_->session);
     }
 
     /// Starts the whole program and lets it run until the window is shown.
     Form6& Show(const std::string& arguments) {
         machine.process.arguments = arguments;
         program_ = std::make_unique<Program>(machine.machine(), nullptr);
-        app::Main(*program_);
+        app::Main(program_->session, program_->windows);
         auto& window = *program_->windows.Find<Form6>();
         WaitFor(machine, *program_, [&] { return window.IsVisible(); });
         return window;
@@ -239,10 +238,10 @@ TEST_F(Form6Test, TheShortcutOpensTheLog) {
     EXPECT_EQ(made.workingDirectory, std::string(programFolder) + "\\");
 }
 
-TEST_F(Form6Test, AMissingDesktopIsToldOnStandardErrorAlone) {
+TEST_F(Form6Test, AMissingDesktopIsReported) {
     machine.shell.desktopFolder = R"(C:\Gone)";
-    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
-    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(Failed("Backup Log File.lnk", error::pathNotFound)));
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed("Backup Log File.lnk", error::pathNotFound)));
     EXPECT_TRUE(machine.Exists(Beside("Backup Log File.txt")));
 }
 
@@ -304,19 +303,19 @@ TEST_F(Form6Test, CloseStartsTheRestartProgramAndEndsTheProgram) {
     EXPECT_EQ(machine.Read(Beside("Restart.exe")), "restarter");
     EXPECT_TRUE(machine.Exists(Beside("Restart.sec")));
     EXPECT_FALSE(program().windows.AnyLoaded());
-    EXPECT_FALSE(program().gNodesSorted);
-    EXPECT_FALSE(program().gNodesExpanded);
+    EXPECT_FALSE(program().session.gNodesSorted);
+    EXPECT_FALSE(program().session.gNodesExpanded);
 }
 
 TEST_F(Form6Test, CloseByTheUserEndsTheWholeProgram) {
     machine.process.arguments = "C S";
     Program whole(machine.machine(), nullptr);
-    app::Main(whole);
+    app::Main(whole.session, whole.windows);
     auto* window = whole.windows.Find<Form6>();
     WaitFor(machine, whole, [&] { return window->IsVisible(); });
     machine.desktop.Do([&] { window->Command1.Click(); });
     whole.windows.Run();
-    EXPECT_EQ(whole.exitCode, exitcode::allDone);
+    EXPECT_EQ(whole.session.exitCode, exitcode::allDone);
     EXPECT_EQ(machine.process.Started().size(), 1U);
 }
 
@@ -335,11 +334,11 @@ TEST_F(Form6Test, WithoutTheRestartProgramCloseIsARunTimeErrorAndNothingEnds) {
 
 TEST_F(Form6Test, TheScanFlagsAreSetWhileTheWindowIsLoaded) {
     Load("C\r\n");
-    EXPECT_TRUE(program().gNodesSorted);
-    EXPECT_TRUE(program().gNodesExpanded);
+    EXPECT_TRUE(program().session.gNodesSorted);
+    EXPECT_TRUE(program().session.gNodesExpanded);
     program().windows.Run();
-    EXPECT_FALSE(program().gNodesSorted);
-    EXPECT_FALSE(program().gNodesExpanded);
+    EXPECT_FALSE(program().session.gNodesSorted);
+    EXPECT_FALSE(program().session.gNodesExpanded);
 }
 
 TEST_F(Form6Test, TheWindowTakesAQuarterOfTheScreenFromItsQuarter) {
@@ -366,7 +365,7 @@ TEST_F(Form6Test, ALogThatCannotBeWrittenIsAFailure) {
     machine.Seed({{Beside("Backup Log File.txt"), "old"}});
     machine.Lock(Beside("Backup Log File.txt"));
     EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
-    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(Failed(Beside("Backup Log File.txt"), error::accessDenied)));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Log File.txt"), error::accessDenied)));
     EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
 }
 

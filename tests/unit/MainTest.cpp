@@ -64,7 +64,7 @@ class MainTest : public ProgramTest {
     Program& Start(const std::string& arguments) {
         machine.process.arguments = arguments;
         program_ = std::make_unique<Program>(machine.machine(), nullptr);
-        app::Main(*program_);
+        app::Main(program_->session, program_->windows);
         return *program_;
     }
 
@@ -193,15 +193,15 @@ TEST_F(MainTest, ARunTimeErrorOfAnUnattendedStartIsWrittenDown) {
 
 TEST_F(MainTest, TheFlagsStartCleared) {
     const Program& program = Start("");
-    EXPECT_FALSE(program.gAllFiles);
-    EXPECT_FALSE(program.gShowMessage);
-    EXPECT_FALSE(program.gShowMessageBackground);
-    EXPECT_FALSE(program.gShowingOriginals);
-    EXPECT_TRUE(program.gFirstRun);
-    EXPECT_EQ(program.gAppFolder, std::string(programFolder) + "\\");
-    EXPECT_EQ(program.gCommandFile, Beside("Command.txt"));
-    EXPECT_EQ(program.gSettings->Company(), "Marlok Software");
-    EXPECT_EQ(program.gSettings->AppName(), "Fenwold");
+    EXPECT_FALSE(program.session.gAllFiles);
+    EXPECT_FALSE(program.session.gShowMessage);
+    EXPECT_FALSE(program.session.gShowMessageBackground);
+    EXPECT_FALSE(program.session.gShowingOriginals);
+    EXPECT_TRUE(program.session.gFirstRun);
+    EXPECT_EQ(program.session.gAppFolder.WithBackslash(), std::string(programFolder) + "\\");
+    EXPECT_EQ(program.session.gCommandFile, Beside("Command.txt"));
+    EXPECT_EQ(program.session.gSettings->Company(), "Marlok Software");
+    EXPECT_EQ(program.session.gSettings->AppName(), "Fenwold");
 }
 
 TEST_F(MainTest, WithoutArgumentsTheMainWindowIsShown) {
@@ -228,7 +228,6 @@ TEST_F(MainTest, WithoutALocationTheStartUpWindowAsksForOneEvenWhenSourcesExist)
     EXPECT_EQ(FirstWindow(program), "frmStartUp");
     EXPECT_EQ(program.windows.Find<app::frmStartUp>()->Label3.Caption.Get(), "Backup Locations");
     EXPECT_TRUE(program.windows.Find<app::frmStartUp>()->IsVisible());
-    EXPECT_EQ(program.gAppFolder, "");
 }
 
 TEST_F(MainTest, ALocationThatIsZeroEndsTheList) {
@@ -285,7 +284,7 @@ TEST_F(MainTest, TooManySourcesAreAnOverflow) {
                     machine.clock, machine.process, machine.system, machine.browser};
     Program program(endless, nullptr);
     try {
-        app::Main(program);
+        app::Main(program.session, program.windows);
         FAIL() << "no overflow";
     } catch (const RuntimeError& error) {
         EXPECT_EQ(error.Number(), runtimeerror::overflow);
@@ -305,8 +304,8 @@ TEST_F(MainTest, LettersSetTheFlags) {
     for (const auto& one : cases) {
         const Program& program = Start(one.arguments);
         EXPECT_EQ(FirstWindow(program), "Form6") << one.arguments;
-        EXPECT_EQ(program.gAllFiles, one.allFiles) << one.arguments;
-        EXPECT_EQ(program.gShowMessage, one.showMessage) << one.arguments;
+        EXPECT_EQ(program.session.gAllFiles, one.allFiles) << one.arguments;
+        EXPECT_EQ(program.session.gShowMessage, one.showMessage) << one.arguments;
     }
 }
 
@@ -328,8 +327,8 @@ TEST_F(MainTest, AProgramInTheRootOfADriveFindsItsFiles) {
     machine.Seed({{R"(C:\Old\x.txt)", "x"}, {R"(E:\DeleteFolder.txt)", "C:\\Old"}});
     const Program& program = Start("");
     EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
-    EXPECT_EQ(program.gAppFolder, "E:\\");
-    EXPECT_EQ(program.gCommandFile, R"(E:\Command.txt)");
+    EXPECT_EQ(program.session.gAppFolder.WithBackslash(), "E:\\");
+    EXPECT_EQ(program.session.gCommandFile, R"(E:\Command.txt)");
 }
 
 }  // namespace

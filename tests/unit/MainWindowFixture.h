@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tests/machine/Program.h"
 #include "tests/unit/ProgramFixture.h"
 #include "ui/frmSSTab.h"
 
@@ -10,11 +11,6 @@ namespace marlok::test {
 /// The main window of an installed program. Configure the machine, then call Open.
 class MainWindowFixture : public ProgramTest {
  protected:
-    MainWindowFixture() {
-        program.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
-        program.gAppFolder = std::string(programFolder) + "\\";
-    }
-
     void TearDown() override {
         program.windows.UnloadAll();
         ProgramTest::TearDown();
@@ -22,7 +18,7 @@ class MainWindowFixture : public ProgramTest {
 
     /// Loads the window, as the start does.
     ui::frmSSTab& Open() {
-        auto& window = program.windows.Load<ui::frmSSTab>(program);
+        auto& window = program.windows.Load<ui::frmSSTab>(program.session);
         window.Show();
         return window;
     }
@@ -60,7 +56,7 @@ class MainWindowFixture : public ProgramTest {
     static constexpr std::uint32_t information = messagestyle::ok | messagestyle::information;
     static constexpr std::uint32_t question = messagestyle::yesNo | messagestyle::question;
 
-    Program program{machine.machine(), nullptr};
+    Program program{machine.machine()};
 };
 
 }  // namespace marlok::test

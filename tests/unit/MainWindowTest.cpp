@@ -293,8 +293,8 @@ class Stubborn : public forms::Form {
 TEST_F(MainWindowTest, ClosingItUnloadsEveryWindowWhateverTheySay) {
     program.windows.Load<Stubborn>();
     ui::frmSSTab& window = Open();
-    program.windows.Load<Form5>(program);
-    program.windows.Load<ui::frmReplace>(program);
+    program.windows.Load<Form5>(program.session.machine, program.session.gAllFiles);
+    program.windows.Load<ui::frmReplace>(program.session.machine, [] {});
     EXPECT_NO_THROW(window.Unload());
     EXPECT_FALSE(program.windows.AnyLoaded());
     EXPECT_EQ(program.windows.Find<ui::frmSSTab>(), nullptr);
@@ -302,8 +302,8 @@ TEST_F(MainWindowTest, ClosingItUnloadsEveryWindowWhateverTheySay) {
 
 TEST_F(MainWindowTest, ItsFirstTimerClearsUpAfterARunAndStopsItself) {
     ui::frmSSTab& window = Open();
-    program.windows.Load<Form5>(program);
-    program.windows.Load<ui::frmReplace>(program);
+    program.windows.Load<Form5>(program.session.machine, program.session.gAllFiles);
+    program.windows.Load<ui::frmReplace>(program.session.machine, [] {});
     window.Timer1.Start();
     EXPECT_EQ(WaitFor(machine, program, [&] { return !window.Timer1.Running(); }), 1000U);
     EXPECT_EQ(program.windows.Find<Form5>(), nullptr);

@@ -75,6 +75,14 @@ TEST_F(OptionsTabTest, ClickingTheHeadingIsNotRefused) {
     EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
 }
 
+TEST_F(OptionsTabTest, AnEmptyLineEndsTheLocationsOfARun) {
+    ui::frmSSTab& window = Open();
+    Choose(window, {1, 2}).Command8.Click();
+    RunToTheEnd();
+    EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+    EXPECT_THAT(RunLog(machine), SizeIs(1));
+}
+
 TEST_F(OptionsTabTest, TheFirstPressWaitsForALocation) {
     ui::frmSSTab& window = Open();
     window.Command8.Click();
@@ -168,16 +176,16 @@ TEST_F(OptionsTabTest, TheFlagsAreSetByTheBoxesAndNeverTakenBack) {
     ui::frmSSTab& window = Choose(Open(), {2});
     window.Check2.UserPressed();
     window.Command8.Click();
-    EXPECT_TRUE(program.gAllFiles);
-    EXPECT_TRUE(program.gShowMessage);
-    EXPECT_FALSE(program.gShowMessageBackground);
+    EXPECT_TRUE(program.session.gAllFiles);
+    EXPECT_TRUE(program.session.gShowMessage);
+    EXPECT_FALSE(program.session.gShowMessageBackground);
     RunToTheEnd();
     Choose(window, {2});
     window.Check2.UserPressed();
     window.Check3.UserPressed();
     window.Command8.Click();
-    EXPECT_TRUE(program.gAllFiles);
-    EXPECT_TRUE(program.gShowMessage);
+    EXPECT_TRUE(program.session.gAllFiles);
+    EXPECT_TRUE(program.session.gShowMessage);
     RunToTheEnd();
 }
 
@@ -232,14 +240,14 @@ class CommandFileOfTheWindowTest : public OptionsTabTest {
 TEST_F(CommandFileOfTheWindowTest, HoldsTheModeTheLocationsAndTheLastLine) {
     EXPECT_EQ(CommandFileOf(CheckBox::State::checked, CheckBox::State::checked, {2, 3}),
               "A\r\nSave\r\nSecond\r\nS\r\n");
-    EXPECT_TRUE(program.gAllFiles && program.gShowMessage && program.gShowMessageBackground);
+    EXPECT_TRUE(program.session.gAllFiles && program.session.gShowMessage && program.session.gShowMessageBackground);
 }
 
 TEST_F(CommandFileOfTheWindowTest, SaysChangedFilesOnlyAndStillEndsInItsLastLine) {
-    program.gAllFiles = true;
+    program.session.gAllFiles = true;
     EXPECT_EQ(CommandFileOf(CheckBox::State::unchecked, CheckBox::State::unchecked, {3}), "C\r\nSecond\r\nS\r\n");
-    EXPECT_FALSE(program.gAllFiles);
-    EXPECT_FALSE(program.gShowMessage || program.gShowMessageBackground);
+    EXPECT_FALSE(program.session.gAllFiles);
+    EXPECT_FALSE(program.session.gShowMessage || program.session.gShowMessageBackground);
 }
 
 TEST_F(CommandFileOfTheWindowTest, HoldsNoModeForAGreyedBox) {
@@ -277,7 +285,7 @@ TEST_F(OptionsTabTest, ABackgroundRunWithoutMessageEndsTheProgram) {
     window.Command8.Click();
     program.windows.Run();
     EXPECT_FALSE(program.windows.AnyLoaded());
-    EXPECT_EQ(program.exitCode, exitcode::allDone);
+    EXPECT_EQ(program.session.exitCode, exitcode::allDone);
     EXPECT_EQ(RunLog(machine).size(), 3U);
 }
 

@@ -113,11 +113,9 @@ TEST(NotOccurringTest, FindsWhatAPlainSearchFinds) {
 
 class OriginalPathListTest : public ProgramTest {
  protected:
-    SystemError Add(const Lines& originals, const std::string& list = Beside("Save.txt")) {
-        return AddToOriginalList(program, list, originals);
+    SystemError Add(const Lines& originals, const Location& location = Location(R"(E:\Save)")) {
+        return OriginalPathList(machine.machine(), location).Add(originals);
     }
-
-    Program program{machine.machine(), nullptr};
 };
 
 TEST_F(OriginalPathListTest, AMissingListIsMade) {
@@ -150,7 +148,7 @@ TEST_F(OriginalPathListTest, AnUnfinishedLastLineIsEnded) {
 }
 
 TEST_F(OriginalPathListTest, TheFolderOfTheListIsMade) {
-    EXPECT_EQ(Add({"C:\\a"}, Beside(R"(Backups\Weekly\Save.txt)")), error::success);
+    EXPECT_EQ(Add({"C:\\a"}, Location(R"(E:\Backups\Weekly\Save)")), error::success);
     EXPECT_THAT(OriginalList(machine, R"(Backups\Weekly\Save)"), ElementsAre("C:\\a"));
 }
 
@@ -170,7 +168,7 @@ TEST_F(OriginalPathListTest, AnUnreadableListIsReportedAndStays) {
 
 TEST_F(OriginalPathListTest, AFileWhereTheFolderBelongsIsReported) {
     machine.Seed({{Beside("Backups"), "a file"}});
-    EXPECT_EQ(Add({"C:\\a"}, Beside(R"(Backups\Save.txt)")), error::pathNotFound);
+    EXPECT_EQ(Add({"C:\\a"}, Location(R"(E:\Backups\Save)")), error::pathNotFound);
     EXPECT_EQ(machine.Read(Beside("Backups")), "a file");
 }
 

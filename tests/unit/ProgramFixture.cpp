@@ -1,8 +1,8 @@
 #include "tests/unit/ProgramFixture.h"
 
 #include "app/Main.h"
-#include "fileops/FolderFunctions.h"
-#include "fileops/WorkingFiles.h"
+#include "paths/Path.h"
+#include "paths/WorkingFiles.h"
 #include "text/Text.h"
 
 namespace marlok::test {
@@ -53,6 +53,14 @@ int RunWatched(InMemoryMachine& machine, FileSystem& files, const std::string& a
 }
 
 }  // namespace
+
+std::vector<Location> LocationsAt(const Lines& paths) {
+    std::vector<Location> locations;
+    for (const std::string& path : paths) {
+        locations.emplace_back(path);
+    }
+    return locations;
+}
 
 std::string Beside(const std::string& name) {
     return std::string(programFolder) + "\\" + name;

@@ -8,10 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "engine/Program.h"
+#include "engine/RunLog.h"
+#include "paths/Location.h"
 #include "platform/Machine.h"
 #include "platform/SystemError.h"
 #include "tests/machine/InMemoryMachine.h"
+#include "tests/machine/Program.h"
 
 /// The whole program on the in-memory machine: tests seed a disk and a configuration, run, and compare trees and logs.
 namespace marlok::test {
@@ -20,6 +22,9 @@ using Lines = std::vector<std::string>;
 
 /// The program's folder, as the in-memory machine has it.
 inline constexpr const char* programFolder = R"(C:\Program Files\Marlok)";
+
+/// The backup locations at these paths.
+[[nodiscard]] std::vector<Location> LocationsAt(const Lines& paths);
 
 /// Full path of a file beside the program.
 [[nodiscard]] std::string Beside(const std::string& name);

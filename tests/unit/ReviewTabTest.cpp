@@ -66,7 +66,7 @@ TEST_F(ReviewTabTest, SavedFilesAreListedAndCounted) {
     EXPECT_FALSE(window.Command17.Enabled);
     EXPECT_EQ(window.Label5.Caption.Get(), "List of Saved Files");
     EXPECT_EQ(window.Label5.ForeColor.Get(), forms::Rgb(0, 0, 0));
-    EXPECT_FALSE(program.gShowingOriginals);
+    EXPECT_FALSE(program.session.gShowingOriginals);
     window.List6.UserSelected(0, {0});
     EXPECT_TRUE(window.Command13.Enabled);
     EXPECT_TRUE(window.Command17.Enabled);
@@ -144,14 +144,14 @@ TEST_F(ReviewTabTest, OriginalPathsAreShownInTheOrderOfTheFile) {
     EXPECT_THAT(window.List6.Items(), ElementsAre(R"(C:\Data\a.doc)", R"(C:\Data\Sub\b.txt)", R"(D:\Music\m.mp3)"));
     EXPECT_EQ(window.Text1.Text.Get(), "3");
     EXPECT_EQ(window.Label5.Caption.Get(), "List of Original Path Log");
-    EXPECT_TRUE(program.gShowingOriginals);
+    EXPECT_TRUE(program.session.gShowingOriginals);
     EXPECT_FALSE(window.Command16.Enabled);
     EXPECT_TRUE(window.Command13.Enabled);
     EXPECT_EQ(window.Command13.Caption.Get(), "Show Saved Files") << "from here nothing can be replaced";
     window.List6.UserSelected(0, {0});
     EXPECT_EQ(window.Command13.Caption.Get(), "Show Saved Files");
     window.Command13.Click();
-    EXPECT_FALSE(program.gShowingOriginals);
+    EXPECT_FALSE(program.session.gShowingOriginals);
     EXPECT_TRUE(window.Command16.Enabled);
 }
 
@@ -353,7 +353,7 @@ TEST_F(ReviewTabTest, ClosingTheReplacementWindowBringsTheMainWindowBack) {
 }
 
 TEST_F(ReviewTabTest, ALogWithAZeroEndsThereAndCountsAll) {
-    auto& window = program.windows.Load<ui::frmReplace>(program);
+    auto& window = program.windows.Load<ui::frmReplace>(program.session.machine, [] {});
     for (const char* line : {R"(C:\a)", "0", R"(C:\b)"}) {
         window.List2.AddItem(line);
     }
@@ -366,7 +366,7 @@ TEST_F(ReviewTabTest, ALogWithAZeroEndsThereAndCountsAll) {
 
 TEST_F(ReviewTabTest, AnEmptyReplacementWritesItsHeaderAloneOverAnOlderLog) {
     machine.Seed({{Beside("Replaced File Log.txt"), "old\r\nlog\r\n"}});
-    program.windows.Load<ui::frmReplace>(program).WriteReplacedLog();
+    program.windows.Load<ui::frmReplace>(program.session.machine, [] {}).WriteReplacedLog();
     const Lines log = LinesBeside(machine, "Replaced File Log.txt");
     ASSERT_THAT(log, SizeIs(1));
     EXPECT_THAT(log[0], testing::EndsWith("was 0"));

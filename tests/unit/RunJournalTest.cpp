@@ -97,7 +97,7 @@ class RunJournalTest : public ProgramTest {
  protected:
     RunJournalTest() { machine.Seed({{R"(C:\Data\a.doc)", "one", At(10, 0)}, {R"(E:\Save\)"}}); }
 
-    static constexpr const char* location = R"(E:\Save)";
+    const Location location{R"(E:\Save)"};
     static constexpr const char* journalPath = R"(E:\Save\~Marlok Backup.run)";
 
     void WriteJournal(const std::vector<Group>& groups) {
@@ -163,10 +163,10 @@ TEST_F(RunJournalTest, ATornCopyOfTheLastGroupGoesAndAWholeOneIsTold) {
     WriteJournal(
         {{Entry("whole.doc"), Entry("short.doc"), Entry("late.doc"), Entry("readonly.doc"), Entry("none.doc")}});
     EXPECT_THAT(Clear().originals, ElementsAre(R"(C:\Data\a.doc)"));
-    EXPECT_EQ(machine.Tree(location).size(), 2U);
+    EXPECT_EQ(machine.Tree(location.Path()).size(), 2U);
     EXPECT_TRUE(machine.Exists(R"(E:\Save\whole.doc)"));
     EXPECT_EQ(RemoveJournal(machine.files, location), error::success);
-    EXPECT_EQ(machine.Tree(location), (Tree{{"whole.doc", "one"}}));
+    EXPECT_EQ(machine.Tree(location.Path()), (Tree{{"whole.doc", "one"}}));
 }
 
 TEST_F(RunJournalTest, OnlyTheLastGroupCanBeTorn) {
@@ -217,7 +217,7 @@ TEST_F(RunJournalTest, ALastCopyIsKeptWhereOnlyCoarseTimesMakeTheDifference) {
 TEST_F(RunJournalTest, ANeighbourOfATextFileGoes) {
     machine.Seed({{R"(E:\Save\~Marlok Backup.new)", "half"}});
     EXPECT_THAT(Clear().notRemoved, IsEmpty());
-    EXPECT_EQ(machine.Tree(location), Tree{});
+    EXPECT_EQ(machine.Tree(location.Path()), Tree{});
 }
 
 class HostileJournalTest : public RunJournalTest, public testing::WithParamInterface<const char*> {};

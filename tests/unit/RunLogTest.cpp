@@ -5,6 +5,8 @@
 namespace marlok::test {
 namespace {
 
+using testing::_;
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 TEST(FormatLogDateTest, NamesAreEnglishAndTheDayHasNoLeadingZero) {
@@ -40,17 +42,12 @@ TEST(FormatLogTimeTest, TheClockHasTwelveHours) {
 
 class RunLogTest : public ProgramTest {
  protected:
-    std::string TextOf(const Lines& items) {
-        list.Clear();
-        for (const std::string& item : items) {
-            list.AddItem(item);
-        }
-        return LogText("header", list);
-    }
+    static std::string TextOf(const Lines& items) { return LogText("header", items); }
 
-    Program program{machine.machine(), nullptr};
-    forms::Form form{program.windows, "Form", ""};
-    forms::ListBox list{form, "List"};
+    /// Ends a run with this report.
+    int Finish() { return FinishRun(machine.machine(), unattendedLog, report); }
+
+    RunReport report;
 };
 
 TEST_F(RunLogTest, AnEmptyListGivesTheHeaderAlone) {
@@ -69,38 +66,59 @@ TEST_F(RunLogTest, TheFirstEmptyOrZeroLineEndsTheList) {
 }
 
 TEST_F(RunLogTest, AReadOnlyLogIsReplaced) {
-    machine.Seed({{Beside("x.txt"), "old", {}, attribute::readOnly}});
-    EXPECT_EQ(WriteLog(program, Beside("x.txt"), "new"), error::success);
-    EXPECT_EQ(machine.Read(Beside("x.txt")), "new");
+    machine.Seed({{Beside("Backup Log File.txt"), "old", {}, attribute::readOnly}});
+    report.written = {"E:\\a"};
+    EXPECT_EQ(Finish(), exitcode::allDone);
+    EXPECT_THAT(RunLog(machine), ElementsAre(_, "", "E:\\a"));
     EXPECT_THAT(WorkingFilesLeft(machine), IsEmpty());
 }
 
-TEST_F(RunLogTest, ALogThatCannotBeWrittenKeepsItsOldText) {
-    machine.Seed({{Beside("x.txt"), "old"}});
-    machine.Lock(Beside("x.txt"));
-    EXPECT_EQ(WriteLog(program, Beside("x.txt"), "new"), error::accessDenied);
-    EXPECT_EQ(machine.Read(Beside("x.txt")), "old");
+TEST_F(RunLogTest, ALogThatCannotBeWrittenKeepsItsOldTextAndIsReported) {
+    machine.Seed({{Beside("Backup Log File.txt"), "old"}});
+    machine.Lock(Beside("Backup Log File.txt"));
+    report.Add("C:\\x", error::fileNotFound);
+    EXPECT_EQ(Finish(), exitcode::somethingFailed);
+    EXPECT_EQ(machine.Read(Beside("Backup Log File.txt")), "old");
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed("C:\\x", error::fileNotFound),
+                                               Failed(Beside("Backup Log File.txt"), error::accessDenied)));
     EXPECT_THAT(WorkingFilesLeft(machine), IsEmpty());
+}
+
+TEST_F(RunLogTest, AnErrorLogThatCannotBeWrittenIsALineOfTheReport) {
+    machine.Seed({{Beside("Backup Error Log.txt"), "old"}});
+    machine.Lock(Beside("Backup Error Log.txt"));
+    report.Add("C:\\x", error::fileNotFound);
+    EXPECT_EQ(Finish(), exitcode::somethingFailed);
+    ASSERT_EQ(report.Lines().size(), 2U);
+    EXPECT_EQ(report.Lines()[1].path, "Backup Error Log.txt");
+    EXPECT_EQ(report.Lines()[1].code, error::accessDenied);
 }
 
 TEST_F(RunLogTest, TheShortcutLiesOnTheDesktop) {
-    program.gAppFolder = "C:\\App\\";
-    EXPECT_EQ(MakeDesktopShortcut(program, "C:\\App\\x.txt", "Name", "Text"), error::success);
+    EXPECT_EQ(MakeDesktopShortcut(machine.machine(), replacementLog), error::success);
     ASSERT_EQ(machine.shell.Shortcuts().size(), 1U);
     const Shortcut& made = machine.shell.Shortcuts().front();
-    EXPECT_EQ(made.path, R"(C:\Users\User\Desktop\Name.lnk)");
-    EXPECT_EQ(made.targetPath, "C:\\App\\x.txt");
+    EXPECT_EQ(made.path, R"(C:\Users\User\Desktop\Replaced File Log.lnk)");
+    EXPECT_EQ(made.targetPath, Beside("Replaced File Log.txt"));
     EXPECT_EQ(made.windowStyle, 1);
-    EXPECT_EQ(made.iconLocation, "C:\\App\\Marlok Backup.exe, 0");
-    EXPECT_EQ(made.description, "Text");
-    EXPECT_EQ(made.workingDirectory, "C:\\App\\");
+    EXPECT_EQ(made.iconLocation, Beside("Marlok Backup.exe, 0"));
+    EXPECT_EQ(made.description, "Replaced Log File");
+    EXPECT_EQ(made.workingDirectory, Beside(""));
 }
 
-TEST_F(RunLogTest, WithoutADesktopThereIsNoShortcut) {
-    machine.shell.desktopFolder = "";
-    EXPECT_EQ(MakeDesktopShortcut(program, "C:\\x.txt", "Name", "Text"), error::pathNotFound);
-    machine.shell.desktopFolder = R"(C:\Gone)";
-    EXPECT_EQ(MakeDesktopShortcut(program, "C:\\x.txt", "Name", "Text"), error::pathNotFound);
+TEST_F(RunLogTest, WithoutADesktopThereIsNoShortcutWhichIsReported) {
+    for (const char* desktop : {"", R"(C:\Gone)"}) {
+        machine.shell.desktopFolder = desktop;
+        EXPECT_EQ(MakeDesktopShortcut(machine.machine(), unattendedLog), error::pathNotFound);
+    }
+    EXPECT_EQ(Finish(), exitcode::somethingFailed);
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed("Backup Log File.lnk", error::pathNotFound)));
+}
+
+TEST_F(RunLogTest, AReplacementWithoutFailuresLeavesTheErrorLogOfTheBackupAlone) {
+    machine.Seed({{Beside("Backup Error Log.txt"), "what is not saved\r\n"}});
+    EXPECT_EQ(FinishRun(machine.machine(), replacementLog, report), exitcode::allDone);
+    EXPECT_THAT(ErrorLog(machine), ElementsAre("what is not saved"));
 }
 
 }  // namespace

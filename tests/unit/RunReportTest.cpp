@@ -1,5 +1,7 @@
 #include "engine/RunReport.h"
 
+#include "engine/RunLog.h"
+
 #include "tests/unit/ProgramFixture.h"
 
 namespace marlok::test {
@@ -11,7 +13,6 @@ using testing::IsEmpty;
 
 class RunReportTest : public ProgramTest {
  protected:
-    Program program{machine.machine(), nullptr};
     RunReport report;
 };
 
@@ -19,7 +20,7 @@ TEST_F(RunReportTest, OneLineForEachThingThatFailed) {
     report.Add(R"(C:\Data\a.doc)", error::sharingViolation);
     report.Add(R"(C:\Data\README)", "taken for a folder");
     report.Add(R"(C:\Data\b.doc)", SystemError{4711});
-    WriteErrorLog(program, report);
+    EXPECT_EQ(WriteErrorLog(machine.machine(), report), error::success);
     EXPECT_THAT(ErrorLog(machine),
                 ElementsAre(Failed(R"(C:\Data\a.doc)", error::sharingViolation),
                             R"(C:\Data\README: taken for a folder)", Failed(R"(C:\Data\b.doc)", 4711)));
@@ -27,22 +28,22 @@ TEST_F(RunReportTest, OneLineForEachThingThatFailed) {
 
 TEST_F(RunReportTest, AnErrorWithoutAnOwnSentenceHasTheSystems) {
     report.Add("C:\\x", error::ioDevice);
-    WriteErrorLog(program, report);
+    EXPECT_EQ(WriteErrorLog(machine.machine(), report), error::success);
     EXPECT_THAT(ErrorLog(machine), ElementsAre(HasSubstr(machine.system.ErrorText(error::ioDevice))));
 }
 
 TEST_F(RunReportTest, ALaterReportReplacesTheFormer) {
     machine.Seed({{Beside("Backup Error Log.txt"), "old\r\n", {}, attribute::readOnly}});
     report.Add("C:\\x", error::fileNotFound);
-    WriteErrorLog(program, report);
+    EXPECT_EQ(WriteErrorLog(machine.machine(), report), error::success);
     EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed("C:\\x", error::fileNotFound)));
 }
 
 TEST_F(RunReportTest, WithNothingToReportTheFileGoes) {
     machine.Seed({{Beside("Backup Error Log.txt"), "old\r\n", {}, attribute::readOnly}});
-    WriteErrorLog(program, report);
+    EXPECT_EQ(WriteErrorLog(machine.machine(), report), error::success);
     EXPECT_FALSE(machine.Exists(Beside("Backup Error Log.txt")));
-    WriteErrorLog(program, report);
+    EXPECT_EQ(WriteErrorLog(machine.machine(), report), error::success);
     EXPECT_FALSE(machine.Exists(Beside("Backup Error Log.txt")));
     EXPECT_THAT(machine.process.ErrorLines(), IsEmpty());
 }
@@ -51,7 +52,7 @@ TEST_F(RunReportTest, WhatCannotBeWrittenGoesToStandardError) {
     machine.Seed({{Beside("Backup Error Log.txt"), "old\r\n"}});
     machine.Lock(Beside("Backup Error Log.txt"));
     report.Add("C:\\x", error::fileNotFound);
-    WriteErrorLog(program, report);
+    EXPECT_EQ(WriteErrorLog(machine.machine(), report), error::accessDenied);
     EXPECT_EQ(machine.Read(Beside("Backup Error Log.txt")), "old\r\n");
     EXPECT_THAT(machine.process.ErrorLines(),
                 ElementsAre(Failed(Beside("Backup Error Log.txt"), error::accessDenied), HasSubstr("C:\\x: ")));

@@ -1,6 +1,8 @@
 #include "engine/SavePlaces.h"
 
+#include "fileops/Whereabouts.h"
 #include "tests/machine/ForwardingFiles.h"
+#include "tests/machine/Program.h"
 #include "tests/unit/ProgramFixture.h"
 
 namespace marlok::test {
@@ -37,16 +39,15 @@ class SavePlacesTest : public ProgramTest {
 
     std::string WhyNotEmptied(FileSystem& files, const std::string& location) {
         Machine on = WithFiles(machine, files);
-        Program program(on, nullptr);
-        program.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
-        return SavePlaces(program).WhyNotEmptied(location);
+        const Program program(on);
+        return SavePlaces(on, program.session.Configuration()).WhyNotEmptied(Location(location));
     }
 
     /// Copies everything into `location` and expects that whatever was there before is still there.
     void ExpectNotEmptied(const std::string& location) {
         const Tree before = machine.Tree("C:\\");
         EXPECT_EQ(RunUnattended(machine, "A"), exitcode::somethingFailed);
-        EXPECT_THAT(ErrorLog(machine), Contains(Reported(location)));
+        EXPECT_THAT(ErrorLog(machine), Contains(Reported(Location(location).Path())));
         const Tree after = machine.Tree("C:\\");
         for (const auto& [path, content] : before) {
             ASSERT_EQ(after.count(path), 1U) << path << " is gone";

@@ -14,7 +14,7 @@ class StartUpTest : public ProgramTest {
  protected:
     Program& Start(const std::string& arguments) {
         machine.process.arguments = arguments;
-        app::Main(program);
+        app::Main(program.session, program.windows);
         return program;
     }
 
@@ -98,8 +98,8 @@ TEST_F(StartUpTest, WithoutArgumentsTheMainWindowFollowsAfterTwoAndAHalfSeconds)
     EXPECT_EQ(program.windows.Find<app::frmStartUp>(), nullptr);
     ASSERT_NE(program.windows.Find<ui::frmSSTab>(), nullptr);
     EXPECT_TRUE(program.windows.Find<ui::frmSSTab>()->IsVisible());
-    EXPECT_EQ(program.gAppFolder, std::string(programFolder) + "\\");
-    EXPECT_FALSE(program.gAllFiles);
+    EXPECT_EQ(program.session.gAppFolder.WithBackslash(), std::string(programFolder) + "\\");
+    EXPECT_FALSE(program.session.gAllFiles);
     EXPECT_THAT(machine.shell.Shortcuts(), IsEmpty());
     EXPECT_THAT(RunLog(machine), IsEmpty());
 }
@@ -139,7 +139,7 @@ TEST_F(StartUpTest, NoBackupCanBeStartedFromAnIncompleteConfiguration) {
          {std::vector<LocationSetup>(), std::vector<LocationSetup>{{R"(E:\Save)", {}}}}) {
         Configure(machine, incomplete);
         Program other(machine.machine(), nullptr);
-        app::Main(other);
+        app::Main(other.session, other.windows);
         WaitFor(machine, other, [&] { return other.windows.Find<ui::frmSSTab>() != nullptr; });
         const auto& window = *other.windows.Find<ui::frmSSTab>();
         EXPECT_FALSE(window.Frame1.Visible);

@@ -6,7 +6,7 @@
 #include <set>
 
 #include "engine/RunJournal.h"
-#include "fileops/WorkingFiles.h"
+#include "paths/WorkingFiles.h"
 #include "tests/unit/ProgramFixture.h"
 #include "text/Text.h"
 

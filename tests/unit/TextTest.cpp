@@ -28,15 +28,6 @@ TEST(TextTest, Cutting) {
     EXPECT_EQ(text::Right(text, 99), text);
 }
 
-TEST(TextTest, TheFourthCharacterFromTheEndMakesAnExtension) {
-    for (const char* with : {"a.txt", ".txt", "C:\\x\\y.\u00E4\u00F6\u00FC", "a..b.x\U0001F600y"}) {
-        EXPECT_TRUE(text::HasThreeLetterExtension(with)) << with;
-    }
-    for (const char* without : {"a.html", "README", "a.c", "txt", "", "page.jpeg", "a.\u00E4\u00F6"}) {
-        EXPECT_FALSE(text::HasThreeLetterExtension(without)) << without;
-    }
-}
-
 TEST(TextTest, WellFormedTextAndEncodedSurrogates) {
     EXPECT_TRUE(text::IsUtf8("plain \u00E4 \u4E2D \U0001F600"));
     EXPECT_TRUE(text::IsUtf8("\xED\xA0\x80")) << "names may hold a surrogate of its own";

@@ -11,6 +11,7 @@
 
 #include "app/frmStartUp.h"
 #include "tests/machine/InMemoryMachine.h"
+#include "tests/machine/Program.h"
 #include "ui/frmAbout.h"
 #include "ui/frmReplace.h"
 #include "ui/frmSSTab.h"
@@ -83,11 +84,10 @@ SIZE TextSize(const Shown& shown, int width) {
 class LayoutTest : public testing::TestWithParam<UINT> {
  protected:
     LayoutTest() {
-        program.gSettings = std::make_unique<CRegSettings>(memory.registry, memory.system);
         memory.Seed({{R"(C:\Data\letter.doc)", "x"}, {R"(C:\Data\Pictures\a.png)", "x"}, {R"(E:\Save\)"}});
-        BackupSettings settings = program.Configuration();
-        settings.SaveLocations({R"(E:\Save)", R"(E:\Another\Backup\Location\With\A\Rather\Long\Path)"});
-        settings.SaveSources(R"(E:\Save)", {R"(C:\Data)", R"(C:\Data\letter.doc)"});
+        BackupSettings settings = program.session.Configuration();
+        EXPECT_TRUE(settings.SaveLocations({R"(E:\Save)", R"(E:\Another\Backup\Location\With\A\Rather\Long\Path)"}));
+        EXPECT_TRUE(settings.SaveSources(Location(R"(E:\Save)"), {R"(C:\Data)", R"(C:\Data\letter.doc)"}));
     }
     ~LayoutTest() override { program.windows.UnloadAll(); }
 
@@ -228,14 +228,14 @@ class LayoutTest : public testing::TestWithParam<UINT> {
 };
 
 TEST_P(LayoutTest, TheStartUpWindow) {
-    auto& form = program.windows.Load<app::frmStartUp>(program);
-    form.Label3.Caption = std::string("Backup Locations");
+    auto& form = program.windows.Load<app::frmStartUp>(program.session);
+    form.Label3.Caption = "Backup Locations";
     form.Show();
     ExpectGoodLayoutAtAllSizes(form);
 }
 
 TEST_P(LayoutTest, TheOptionsTab) {
-    auto& form = program.windows.Load<ui::frmSSTab>(program);
+    auto& form = program.windows.Load<ui::frmSSTab>(program.session);
     form.Show();
     ExpectGoodLayoutAtAllSizes(form);
     form.Command8_Click();
@@ -244,42 +244,42 @@ TEST_P(LayoutTest, TheOptionsTab) {
 }
 
 TEST_P(LayoutTest, TheOptionsTabBeforeAnythingIsConfigured) {
-    program.Configuration().SaveLocations({});
-    auto& form = program.windows.Load<ui::frmSSTab>(program);
+    ASSERT_TRUE(program.session.Configuration().SaveLocations({}));
+    auto& form = program.windows.Load<ui::frmSSTab>(program.session);
     form.Show();
     ExpectGoodLayoutAtAllSizes(form);
 }
 
 TEST_P(LayoutTest, TheBackupFolderTab) {
-    auto& form = program.windows.Load<ui::frmSSTab>(program);
+    auto& form = program.windows.Load<ui::frmSSTab>(program.session);
     form.SSTab1.SetTab(ui::tab::backupFolder);
     form.Show();
     ExpectGoodLayoutAtAllSizes(form);
 }
 
 TEST_P(LayoutTest, TheFilesTab) {
-    auto& form = program.windows.Load<ui::frmSSTab>(program);
+    auto& form = program.windows.Load<ui::frmSSTab>(program.session);
     form.SSTab1.SetTab(ui::tab::filesToBackup);
     form.Show();
     ExpectGoodLayoutAtAllSizes(form);
-    form.Command4.Caption = std::string("Add File To List");
+    form.Command4.Caption = "Add File To List";
     ExpectGoodLayout(Find(form));
 }
 
 TEST_P(LayoutTest, TheReviewTab) {
-    auto& form = program.windows.Load<ui::frmSSTab>(program);
+    auto& form = program.windows.Load<ui::frmSSTab>(program.session);
     form.SSTab1.SetTab(ui::tab::reviewSaved);
     form.Show();
     ExpectGoodLayoutAtAllSizes(form);
-    form.Command13.Caption = std::string("Replace Selected Files");
-    form.Label5.Caption = std::string("List of Original Path Log");
-    form.Text1.Text = std::string("1,234,567");
-    form.Text2.Text = std::string("1234.50  Seconds");
+    form.Command13.Caption = "Replace Selected Files";
+    form.Label5.Caption = "List of Original Path Log";
+    form.Text1.Text = "1,234,567";
+    form.Text2.Text = "1234.50  Seconds";
     ExpectGoodLayout(Find(form));
 }
 
 TEST_P(LayoutTest, TheProgressWindow) {
-    auto& form = program.windows.Load<Form5>(program);
+    auto& form = program.windows.Load<Form5>(program.session.machine, program.session.gAllFiles);
     form.ShowStatus("Now Writing Log File, Please Wait!");
     ExpectGoodLayoutAtAllSizes(form);
     form.ShowStatus("ShortCut to Backup Log Being Created !");
@@ -287,33 +287,35 @@ TEST_P(LayoutTest, TheProgressWindow) {
 }
 
 TEST_P(LayoutTest, TheRunWindowWithFailures) {
-    auto& form = program.windows.Load<Form1>(program, std::vector<std::string>{}, [] {});
+    auto& form = program.windows.Load<Form1>(program.session, std::vector<Location>{}, [] {});
     program.windows.Find<Form5>()->Hide();
-    form.Label1.Caption = std::string("Total files copied was 1234567");
-    form.Label2.Caption = std::string("Backup Has Been Completed");
-    form.Label3.Caption = std::string("1234 Failures, See \"Backup Error Log.txt\" In The Program's Folder");
+    form.Label1.Caption = "Total files copied was 1234567";
+    form.Label2.Caption = "Backup Has Been Completed";
+    form.Label3.Caption = "1234 Failures, See \"Backup Error Log.txt\" In The Program's Folder";
     form.Label3.Visible = true;
     form.List2.Visible = true;
     ExpectGoodLayoutAtAllSizes(form);
 }
 
 TEST_P(LayoutTest, TheUnattendedRunsResult) {
-    auto& form = program.windows.Load<Form6>(program);
+    auto& form = program.windows.Load<Form6>(program.session);
     form.List2.Visible = true;
     form.Show();
     ExpectGoodLayoutAtAllSizes(form);
 }
 
 TEST_P(LayoutTest, TheReplacementWindow) {
-    auto& form = program.windows.Load<ui::frmReplace>(program);
-    form.Show();
-    form.report.Add("x", "y");
+    auto& form = program.windows.Load<ui::frmReplace>(mixed, [] {});
+    memory.Seed({{R"(E:\Save\Data\a.doc)", "a"}, {R"(C:\Program Files\Marlok\Save.txt)", "C:\\Data\\a.doc\r\n"}});
+    memory.Lock(R"(E:\Save\Data\a.doc)");
+    form.Run(Location(R"(E:\Save)"), {R"(E:\Save\Data\a.doc)"});
     form.Timer1_Timer();
+    ASSERT_TRUE(form.Label4.Visible) << "one file was not replaced";
     ExpectGoodLayoutAtAllSizes(form);
 }
 
 TEST_P(LayoutTest, TheAboutWindow) {
-    auto& form = program.windows.Load<ui::frmAbout>(program);
+    auto& form = program.windows.Load<ui::frmAbout>(mixed, program.windows.Load<ui::frmSSTab>(program.session));
     form.Show();
     ExpectGoodLayoutAtAllSizes(form);
 }

@@ -11,6 +11,7 @@
 #include <set>
 
 #include "fileops/FolderFunctions.h"
+#include "paths/Path.h"
 #include "tests/contract/ContractMachine.h"
 #include "win32/machine/Wide.h"
 

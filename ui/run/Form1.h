@@ -4,12 +4,15 @@
 #include <string>
 #include <vector>
 
-#include "engine/BackupRun.h"
-#include "engine/Breather.h"
-#include "engine/Program.h"
+#include "engine/RunReport.h"
+#include "engine/RunSink.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
 #include "forms/TreeView.h"
+#include "paths/Location.h"
+#include "ui/run/Breather.h"
+#include "ui/run/RunStorage.h"
+#include "ui/run/Session.h"
 
 namespace marlok {
 
@@ -17,15 +20,14 @@ class Form5;
 
 /// The run that a person starts and watches: backs up while it loads, with the progress window (Form5) above it; writes
 /// log and shortcut at its timer's tick, and shows the result.
-class Form1 : public forms::Form, private RunWindow {
+class Form1 : public forms::Form, private RunSink {
  public:
-    /// Runs `locations`, full paths, up to the first that is "" or "0". `afterQuietRun` is called at the end of a run
-    /// that shows no closing message.
-    Form1(forms::Windows& windows, Program& program, std::vector<std::string> locations,
+    /// Runs these locations. `afterQuietRun` is called at the end of a run that shows no closing message.
+    Form1(forms::Windows& windows, Session& session, std::vector<Location> locations,
           std::function<void()> afterQuietRun);
 
     /// Backs up once more in the window that a run before has left loaded.
-    void RunAgain(std::vector<std::string> locations);
+    void RunAgain(std::vector<Location> locations);
 
     forms::Label Label1{*this, "Label1"};  ///< folders to be backed up, then files copied
     forms::Label Label2{*this, "Label2"};  ///< status
@@ -54,23 +56,28 @@ class Form1 : public forms::Form, private RunWindow {
     void Form_Unload() override;
 
  private:
-    SystemError CopyFile(const std::string& source, const std::string& destination, std::uint32_t flags) override;
-    void ShowStatus(const std::string& text) override;
-    void ShowFolderCount(int count) override;
+    void Status(const std::string& text) override;
+    void LocationBegins(const Location& location) override;
+    void FoldersFound(const FolderScan& scan) override;
+    void EntryBegins(const std::string& source, const std::string& target) override;
+    void CopyBegins(const std::string& source, const std::string& target) override;
+    void BytesCopied(const CopyProgressInfo& info) override;
+    void Copied(const std::string& source, const std::string& target) override;
+    void Breathe() override;
 
     void PlaceWindow();
     void Run();
     [[nodiscard]] Form5& Progress();
     void ShowResult();
-    void TellFailures();
 
-    Program& program_;
-    std::vector<std::string> locations_;
+    Session& session_;
+    std::vector<Location> locations_;
     std::function<void()> afterQuietRun_;
     Breather breathe_;
-    bool countsFiles_ = false;     ///< the bar counts files: a system without a copy that tells its progress
-    std::size_t failures_ = 0;     ///< lines of the error report
-    std::string logFailure_ = {};  ///< why the log or its shortcut could not be made
+    RunStorage storage_{List1, List3, Text1, Text2, TreeView1};
+    bool countsFiles_ = false;  ///< the bar counts files: a system without a copy that tells its progress
+    int folderCount_ = 0;       ///< found so far below the sources of the current location, the sources included
+    RunReport report_;          ///< of the run that has ended
 };
 
 }  // namespace marlok

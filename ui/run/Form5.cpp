@@ -5,6 +5,7 @@
 #include "fileops/VersionInfo.h"
 #include "forms/Area.h"
 #include "forms/Measures.h"
+#include "paths/ProgramFiles.h"
 
 namespace marlok {
 
@@ -59,14 +60,14 @@ std::vector<forms::Colour> GradientRows(forms::Colour top, forms::Colour bottom,
     return colours;
 }
 
-Form5::Form5(forms::Windows& windows, Program& program)
-    : Form(windows, "Form5", "Marlok Backup Utility"), program_(program) {
+Form5::Form5(forms::Windows& windows, Machine& machine, bool allFiles)
+    : Form(windows, "Form5", "Marlok Backup Utility"), machine_(machine), allFiles_(allFiles) {
     Picture1.BackColor = upperEnd;
     Picture2.BackColor = lowerEnd;
     for (forms::Control* hidden : std::initializer_list<forms::Control*>{&Picture1, &Picture2, &Label3, &WebBrowser1}) {
         hidden->Visible = false;
     }
-    ProgressBar1.AccessibleName = std::string("Progress");
+    ProgressBar1.AccessibleName = "Progress";
     SetFonts();
 }
 
@@ -81,13 +82,13 @@ void Form5::SetFonts() {
 }
 
 void Form5::Form_Load() {
-    Desktop& desktop = program_.machine.desktop;
+    Desktop& desktop = machine_.desktop;
     Place(0, 0, desktop.ScreenWidth(), std::max(leastHeight, desktop.ScreenHeight() * 2 / 5));
     picBox = std::make_unique<forms::PictureBox>(*this, "picBox");
-    picBox->AccessibleName = std::string("Animation");
+    picBox->AccessibleName = "Animation";
     WebBrowser1.SetContainer(picBox.get());
     Form_Resize();
-    WebBrowser1.Navigate2(program_.BesideProgram(programfile::animation));
+    WebBrowser1.Navigate2(ProgramFolder(machine_.process.ProgramFolder()).PathOf(programfile::animation));
     picBox->BackColor = darkBlue;
     WebBrowser1.BackColor = darkBlue;
     WebBrowser1.Visible = true;
@@ -99,11 +100,11 @@ void Form5::Form_Load() {
 }
 
 void Form5::ShowModeText() {
-    Label2.Caption = std::string(program_.gAllFiles ? "Copying All Files!" : "Copying Changed Files Only!");
+    Label2.Caption = allFiles_ ? "Copying All Files!" : "Copying Changed Files Only!";
 }
 
 void Form5::ShowVersionNote() {
-    SystemInfo& system = program_.machine.system;
+    SystemInfo& system = machine_.system;
     const char* note = nullptr;
     if (IsWindowsME(system)) {
         note = "With Windows ME Animation Is Slow";
@@ -115,7 +116,7 @@ void Form5::ShowVersionNote() {
         note = "This May Take A While!";
     }
     if (note != nullptr) {
-        Label3.Caption = std::string(note);
+        Label3.Caption = note;
         Label3.Visible = true;
     }
 }
@@ -130,10 +131,10 @@ void Form5::Form_Resize() {
     namespace measure = forms::measure;
     SetBackdrop(GradientRows(Picture1.BackColor, Picture2.BackColor, Height() / twipsPerRow));
     forms::Area inner{0, 0, Width(), Height()};
-    static_cast<void>(inner.TakeTop(measure::gap));
+    inner.SkipTop(measure::gap);
     Put(Label1, inner.TakeTop(titleHeight));
     Put(Label2, inner.TakeTop(modeHeight, measure::gap));
-    static_cast<void>(inner.TakeBottom(measure::margin));
+    inner.SkipBottom(measure::margin);
     forms::Area bar = inner.TakeBottom(barHeight, measure::gap);
     Put(ProgressBar1, {bar.left + bar.width / 8, bar.top, bar.width * 3 / 4, bar.height});
     Put(Label3, inner.TakeBottom(statusHeight, measure::gap));
@@ -148,8 +149,8 @@ void Form5::Form_Resize() {
 
 /// The web view's own frame and scroll bars lie outside the visible frame.
 void Form5::PlaceAnimation(const forms::Control& frame) {
-    const int barWidth = program_.machine.desktop.ScrollBarWidth();
-    const int barHeightHere = program_.machine.desktop.ScrollBarHeight();
+    const int barWidth = machine_.desktop.ScrollBarWidth();
+    const int barHeightHere = machine_.desktop.ScrollBarHeight();
     WebBrowser1.MoveTo(-barWidth, -barHeightHere, frame.Width + 2 * barWidth, frame.Height + 2 * barHeightHere);
 }
 
@@ -158,7 +159,7 @@ void Form5::Form_Unload() {
     WebBrowser1.Visible = false;
     WebBrowser1.SetContainer(nullptr);
     picBox.reset();
-    stopProc.CloseProcessWindows(program_.machine.desktop);
+    stopProc.CloseProcessWindows(machine_.desktop);
 }
 
 }  // namespace marlok

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "engine/Program.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
+#include "platform/Machine.h"
 #include "ui/run/StopProc.h"
 
 namespace marlok {
@@ -19,7 +19,8 @@ namespace marlok {
 /// The progress window: what kind of run it is, an animation, what is going on, and the progress of the copying.
 class Form5 : public forms::Form {
  public:
-    Form5(forms::Windows& windows, Program& program);
+    /// `allFiles` decides what the mode text says.
+    Form5(forms::Windows& windows, Machine& machine, bool allFiles);
 
     forms::Label Label1{*this, "Label1", "Marlok Backup Utility"};
     forms::Label Label2{*this, "Label2", "Backup In Progress Please Wait !"};  ///< replaced by the copy mode
@@ -49,7 +50,8 @@ class Form5 : public forms::Form {
     void ShowModeText();
     void ShowVersionNote();
 
-    Program& program_;
+    Machine& machine_;
+    bool allFiles_;
 };
 
 }  // namespace marlok

@@ -2,19 +2,23 @@
 
 #include <string>
 
-#include "engine/BackupRun.h"
-#include "engine/Program.h"
+#include "engine/RunReport.h"
+#include "engine/RunSink.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
 #include "forms/TreeView.h"
+#include "paths/Location.h"
+#include "ui/run/Breather.h"
+#include "ui/run/RunStorage.h"
+#include "ui/run/Session.h"
 
 namespace marlok {
 
 /// The unattended run: backs up while it loads, writes log and shortcut at its timer's tick, and ends the program, or
 /// shows the result when it is asked to.
-class Form6 : public forms::Form, private RunWindow {
+class Form6 : public forms::Form, private RunSink {
  public:
-    Form6(forms::Windows& windows, Program& program);
+    Form6(forms::Windows& windows, Session& session);
 
     forms::Label Label1{*this, "Label1", "91 Files Copied"};
     forms::Label Label2{*this, "Label2", "Backup Program Is Finished"};
@@ -41,17 +45,21 @@ class Form6 : public forms::Form, private RunWindow {
     void Form_Unload() override;
 
  private:
-    SystemError CopyFile(const std::string& source, const std::string& destination, std::uint32_t flags) override;
-    void ShowStatus(const std::string& text) override;
-    void ShowFolderCount(int count) override;
+    void LocationBegins(const Location& location) override;
+    void FoldersFound(const FolderScan& scan) override;
+    void EntryBegins(const std::string& source, const std::string& target) override;
+    void Copied(const std::string& source, const std::string& target) override;
+    void Breathe() override;
 
     void PlaceWindow();
     void ReadCommandFile();
     void BackupLocations();
-    [[nodiscard]] bool IsChosen(const std::string& location) const;
-    void WriteRunLog();
+    [[nodiscard]] bool IsChosen(const Location& location) const;
 
-    Program& program_;
+    Session& session_;
+    Breather breathe_;
+    RunStorage storage_{List1, List3, Text1, Text2, TreeView1};
+    RunReport report_;  ///< of the run that has ended
 };
 
 }  // namespace marlok

@@ -1,24 +1,26 @@
 #include "ui/run/Restart.h"
 
 #include "fileops/Errors.h"
+#include "fileops/FileOperations.h"
+#include "forms/Windows.h"
+#include "paths/ProgramFiles.h"
 #include "ui/run/Form5.h"
 
 namespace marlok {
 
-void RequestRestart(Program& program, forms::Form& caller) {
-    if (auto* progress = program.windows.Find<Form5>()) {
+void RequestRestart(Machine& machine, forms::Form& caller) {
+    if (auto* progress = caller.Collection().Find<Form5>()) {
         progress->Unload();
     }
-    const std::string restarter = program.BesideProgram(programfile::restartProgram);
-    SystemError code = program.machine.files.Copy(program.BesideProgram(programfile::restartSource), restarter,
-                                                  copyflag::none, nullptr);
+    const ProgramFolder folder(machine.process.ProgramFolder());
+    const std::string restarter = folder.PathOf(programfile::restartProgram);
+    SystemError code = CopyThisFile(machine.files, folder.PathOf(programfile::restartSource), restarter);
     if (code == error::success) {
-        code = program.machine.process.StartHidden(restarter, program.machine.process.Identification());
+        code = machine.process.StartHidden(restarter, machine.process.Identification());
     }
     if (code != error::success) {
         Raise(code);
     }
-    program.machine.process.AllowForeground();
     caller.Unload();
 }
 

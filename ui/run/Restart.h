@@ -1,13 +1,13 @@
 #pragma once
 
-#include "engine/Program.h"
 #include "forms/Form.h"
+#include "platform/Machine.h"
 
 namespace marlok {
 
 /// Has the program started again once it has ended: unloads the progress window, copies "Restart.sec" over
 /// "Restart.exe" beside the program, starts that hidden, and unloads `caller`.
 /// @throws RuntimeError when the copy fails or the copy does not start; `caller` is not unloaded then.
-void RequestRestart(Program& program, forms::Form& caller);
+void RequestRestart(Machine& machine, forms::Form& caller);
 
 }  // namespace marlok

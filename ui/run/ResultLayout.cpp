@@ -2,8 +2,15 @@
 
 #include "forms/Area.h"
 #include "forms/Measures.h"
+#include "paths/ProgramFiles.h"
 
 namespace marlok {
+
+namespace {
+
+constexpr forms::Colour alarm = forms::Rgb(192, 0, 0);
+
+}  // namespace
 
 void LayOutResult(const forms::Form& form, const ResultControls& controls) {
     namespace measure = forms::measure;
@@ -17,6 +24,16 @@ void LayOutResult(const forms::Form& form, const ResultControls& controls) {
         Put(*controls.failures, bottom);
     }
     Put(controls.list, {listBorder / 2, inner.top, form.Width() - listBorder, inner.height});
+}
+
+void ShowFailures(forms::Label& label, const RunReport& report, const FailureWords& words) {
+    const std::size_t count = report.Lines().size();
+    label.ForeColor = alarm;
+    label.Visible = count > 0;
+    if (count > 0) {
+        label.Caption = std::to_string(count) + (count == 1 ? words.one : words.several) + "\"" +
+                        programfile::errorLog + "\"" + words.where;
+    }
 }
 
 }  // namespace marlok

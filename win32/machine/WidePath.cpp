@@ -3,9 +3,11 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
+#include "paths/Names.h"
+#include "paths/Roots.h"
+#include "text/Text.h"
 #include "win32/machine/Wide.h"
 
 namespace marlok::win32 {
@@ -19,68 +21,50 @@ constexpr std::size_t usualLimit = 240;
 constexpr std::wstring_view longForm = L"\\\\?\\";
 constexpr std::wstring_view longNetworkForm = L"\\\\?\\UNC\\";
 
-bool IsLetter(wchar_t unit) {
-    return (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
+bool IsAbsolute(const PathRoot& root) {
+    return root.kind == PathRoot::Kind::drive || root.kind == PathRoot::Kind::network;
 }
 
-bool HasDrive(std::wstring_view path) {
-    return path.size() >= 3 && IsLetter(path[0]) && path[1] == L':' && path[2] == L'\\';
-}
-
-bool IsNetworkPath(std::wstring_view path) {
-    return path.size() > 2 && path.substr(0, 2) == L"\\\\" && path[2] != L'\\' && path[2] != L'?' && path[2] != L'.';
-}
-
-bool IsDevicePath(std::wstring_view path) {
-    return path.size() >= 4 && (path.substr(0, 4) == longForm || path.substr(0, 4) == L"\\\\.\\");
-}
-
-/// The components behind the drive or the two backslashes. A backslash at the very end adds no component.
-std::vector<std::wstring_view> Components(std::wstring_view path) {
-    std::wstring_view rest = path.substr(HasDrive(path) ? 3 : 2);
-    std::vector<std::wstring_view> found;
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find(L'\\'), rest.size());
-        found.push_back(rest.substr(0, end));
-        rest.remove_prefix(std::min(end + 1, rest.size()));
+/// The components behind the drive or the two backslashes, empty ones included. A backslash at the very end adds no
+/// component.
+std::vector<std::string_view> AllComponents(std::string_view path) {
+    path.remove_prefix(HasDriveRoot(path) ? 3 : 2);
+    if (path.empty()) {
+        return {};
     }
-    return found;
-}
-
-bool HasWildcard(std::wstring_view component) {
-    return component.find_first_of(L"*?") != std::wstring_view::npos;
+    if (path.back() == '\\') {
+        path.remove_suffix(1);
+    }
+    return text::Split(path, "\\");
 }
 
 /// The "\\?\" form is taken literally: it must hold nothing that Windows would have to resolve first.
-bool IsPlain(std::wstring_view path, const std::vector<std::wstring_view>& components) {
-    return path.find(L'/') == std::wstring_view::npos &&
-           std::none_of(components.begin(), components.end(), [](std::wstring_view component) {
-               return component.empty() || component == L"." || component == L"..";
+bool IsPlain(std::string_view path) {
+    return path.find('/') == std::string_view::npos && std::ranges::none_of(AllComponents(path), [](auto component) {
+               return component.empty() || component == "." || component == "..";
            });
 }
 
-bool IsAltered(std::wstring_view component) {
-    return !component.empty() && (component.back() == L'.' || component.back() == L' ' || IsDeviceName(component));
-}
-
-bool NeedsLongForm(std::wstring_view path, const std::vector<std::wstring_view>& components) {
-    if (path.size() >= usualLimit) {
+bool NeedsLongForm(std::string_view path, std::size_t units) {
+    if (units >= usualLimit) {
         return true;
     }
-    const bool wildcardLast = !components.empty() && HasWildcard(components.back());
-    return std::any_of(components.begin(), components.end() - (wildcardLast ? 1 : 0), IsAltered);
+    std::vector<std::string_view> components = AllComponents(path);
+    if (!components.empty() && HasWildcard(components.back())) {
+        components.pop_back();
+    }
+    return std::ranges::any_of(components, IsAlteredName);
 }
 
-std::wstring WithLongForm(std::wstring_view path) {
-    if (HasDrive(path)) {
+std::wstring WithLongForm(std::wstring_view path, PathRoot::Kind root) {
+    if (root == PathRoot::Kind::drive) {
         return std::wstring(longForm).append(path);
     }
     return std::wstring(longNetworkForm).append(path.substr(2));
 }
 
 /// A relative path counts with the folder it is relative to.
-bool IsLong(const std::wstring& path) {
-    const bool absolute = HasDrive(path) || IsNetworkPath(path);
+bool IsLong(const std::wstring& path, bool absolute) {
     return path.size() + (absolute ? 0 : GetCurrentDirectoryW(0, nullptr)) >= usualLimit;
 }
 
@@ -104,7 +88,7 @@ SystemError FullPath(const std::wstring& path, std::wstring& full) {
 SystemError Resolve(std::wstring& path) {
     const std::size_t lastStart = path.find_last_of(L"\\/") + 1;  // 0 when there is no separator
     const std::wstring last = path.substr(lastStart);
-    if (!HasWildcard(last)) {
+    if (last.find_first_of(L"*?") == std::wstring::npos) {
         return FullPath(path, path);
     }
     std::wstring folder = lastStart == 0 ? L"." : path.substr(0, lastStart);
@@ -120,42 +104,31 @@ SystemError Resolve(std::wstring& path) {
 
 }  // namespace
 
-bool IsDeviceName(std::wstring_view component) {
-    std::wstring_view base = component.substr(0, component.find_first_of(L".:"));
-    base = base.substr(0, base.find_last_not_of(L' ') + 1);  // "NUL .txt" is the device too
-    std::wstring name(base);
-    CharUpperBuffW(name.data(), static_cast<DWORD>(name.size()));
-    static constexpr std::array<std::wstring_view, 6> plain = {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"};
-    if (std::find(plain.begin(), plain.end(), name) != plain.end()) {
-        return true;
-    }
-    static constexpr std::wstring_view digits = L"123456789\u00B9\u00B2\u00B3";
-    return name.size() == 4 && (name.starts_with(L"COM") || name.starts_with(L"LPT")) &&
-           digits.find(name[3]) != std::wstring_view::npos;
-}
-
 SystemError ToWidePath(std::string_view path, std::wstring& wide) {
     if (HoldsZero(path)) {
         return error::invalidName;
     }
     wide = ToWide(path);
-    if (IsDevicePath(wide)) {
+    PathRoot root = RootOf(path);
+    if (root.kind == PathRoot::Kind::device) {
         return error::success;
     }
-    const bool absolute = HasDrive(wide) || IsNetworkPath(wide);
-    if (!absolute || !IsPlain(wide, Components(wide))) {
-        if (!IsLong(wide)) {
+    std::string full(path);
+    if (!IsAbsolute(root) || !IsPlain(path)) {
+        if (!IsLong(wide, IsAbsolute(root))) {
             return error::success;
         }
         if (const SystemError code = Resolve(wide)) {
             return code;
         }
-        if (!HasDrive(wide) && !IsNetworkPath(wide)) {
+        full = FromWide(wide);
+        root = RootOf(full);
+        if (!IsAbsolute(root)) {
             return error::success;
         }
     }
-    if (NeedsLongForm(wide, Components(wide))) {
-        wide = WithLongForm(wide);
+    if (NeedsLongForm(full, wide.size())) {
+        wide = WithLongForm(wide, root.kind);
     }
     return error::success;
 }

@@ -16,7 +16,4 @@ namespace marlok::win32 {
 /// `path` without the "\\?\" or "\\?\UNC\" form ("\\?\UNC\server\share" -> "\\server\share").
 [[nodiscard]] std::wstring WithoutLongForm(std::wstring_view path);
 
-/// True for a name that Windows takes for a device wherever it stands, whatever its extension ("NUL", "con.txt").
-[[nodiscard]] bool IsDeviceName(std::wstring_view component);
-
 }  // namespace marlok::win32

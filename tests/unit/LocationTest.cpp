@@ -1,4 +1,6 @@
-#include "engine/LocationName.h"
+#include "paths/Location.h"
+
+#include "paths/Names.h"
 
 #include "tests/unit/ProgramFixture.h"
 
@@ -13,86 +15,86 @@ constexpr const char* deviceName = "the name belongs to a device";
 constexpr const char* notPlain = "a backup location must be a plain path";
 constexpr const char* notFull = "a backup location must be a full path with its drive";
 
-TEST(LocationNameTest, IsThePathWithoutItsRoot) {
-    EXPECT_EQ(LocationName(R"(E:\Backups\Daily)"), R"(Backups\Daily)");
-    EXPECT_EQ(LocationName(R"(E:\Backups\)"), R"(Backups\)");
-    EXPECT_EQ(LocationName(R"(\\server\share\Save)"), R"(server\share\Save)");
-    EXPECT_EQ(LocationName("E:\\"), "");
+TEST(LocationTest, IsThePathWithoutItsRoot) {
+    EXPECT_EQ(Location(R"(E:\Backups\Daily)").Name(), R"(Backups\Daily)");
+    EXPECT_EQ(Location(R"(\\server\share\Save)").Name(), R"(server\share\Save)");
+    EXPECT_EQ(Location("E:\\").Name(), "");
 }
 
-TEST(LocationNameTest, NamesTheListOfOriginalPaths) {
+TEST(LocationTest, NamesTheListOfOriginalPaths) {
     InMemoryMachine machine;
     const Program program(machine.machine(), nullptr);
-    EXPECT_EQ(OriginalListPath(program, R"(E:\Backups\Daily)"), Beside(R"(Backups\Daily.txt)"));
-    EXPECT_EQ(OriginalListPath(program, "E:\\Save"), Beside("Save.txt"));
+    EXPECT_EQ(Location(R"(E:\Backups\Daily)").OriginalList(ProgramFolder(programFolder)),
+              Beside(R"(Backups\Daily.txt)"));
+    EXPECT_EQ(Location("E:\\Save").OriginalList(ProgramFolder(programFolder)), Beside("Save.txt"));
 }
 
-TEST(LocationNameTest, NamesOfTheProgramsOwnFilesAreRefused) {
+TEST(LocationTest, NamesOfTheProgramsOwnFilesAreRefused) {
     for (const char* name :
          {"Command", "DeleteFolder", "Backup Log File", "Backup Error Log", "Replaced File Log", "command",
           "DELETEFOLDER", "dEletefolder", "backup log file", "Command.txt", "DeleteFolder.txt", "Marlok Backup.exe",
           "Restart.exe", "Restart.sec", "pc21.gif", "Backup.hlp", "restart.EXE"}) {
-        EXPECT_EQ(WhyLocationRefused("E:\\" + std::string(name)), neededByProgram) << name;
+        EXPECT_EQ(Location("E:\\" + std::string(name)).WhyRefused(), neededByProgram) << name;
     }
 }
 
-TEST(LocationNameTest, FoldersWhereTheProgramHasAFileAreRefused) {
+TEST(LocationTest, FoldersWhereTheProgramHasAFileAreRefused) {
     for (const char* name : {R"(Command.txt\x)", R"(DeleteFolder.txt\x\y)", R"(Restart.exe\x)", R"(restart.sec\x)",
                              R"(Backup Log File.txt\x)", R"(Marlok Backup.exe\Daily)", R"(PC21.GIF\x)"}) {
-        EXPECT_EQ(WhyLocationRefused("E:\\" + std::string(name)), neededByProgram) << name;
+        EXPECT_EQ(Location("E:\\" + std::string(name)).WhyRefused(), neededByProgram) << name;
     }
 }
 
-TEST(LocationNameTest, SpellingsThatTheFileSystemTakesForTheSameAreRefused) {
+TEST(LocationTest, SpellingsThatTheFileSystemTakesForTheSameAreRefused) {
     for (const char* name :
          {"DeleteFolder.", "DeleteFolder ", "DeleteFolder. . ", "Command ...", "Command.txt ", R"(Command.txt.\x)",
           R"(\DeleteFolder)", R"(\\DeleteFolder)", R"(DeleteFolder\)", R"(DeleteFolder\\)"}) {
-        EXPECT_EQ(WhyLocationRefused("E:\\" + std::string(name)), neededByProgram) << name;
+        EXPECT_EQ(Location("E:\\" + std::string(name)).WhyRefused(), neededByProgram) << name;
     }
 }
 
-TEST(LocationNameTest, NamesThatMayBeAliasesAreRefused) {
+TEST(LocationTest, NamesThatMayBeAliasesAreRefused) {
     for (const char* name :
          {"DELETE~1", "delete~2", "BACKUP~1.TXT", R"(COMMAN~1\x)", "A~123456", R"(MARLOK~1.EXE\x)"}) {
-        EXPECT_EQ(WhyLocationRefused("E:\\" + std::string(name)), neededByProgram) << name;
+        EXPECT_EQ(Location("E:\\" + std::string(name)).WhyRefused(), neededByProgram) << name;
     }
 }
 
-TEST(LocationNameTest, NamesOfWorkingFilesAreRefused) {
+TEST(LocationTest, NamesOfWorkingFilesAreRefused) {
     for (const char* name :
          {"~Marlok Backup.new", "~marlok backup.RUN", R"(~Marlok Backup.part\x)", "~Marlok Backup.anything"}) {
-        EXPECT_EQ(WhyLocationRefused("E:\\" + std::string(name)), neededByProgram) << name;
+        EXPECT_EQ(Location("E:\\" + std::string(name)).WhyRefused(), neededByProgram) << name;
     }
 }
 
-TEST(LocationNameTest, WaysOutOfTheProgramFolderAreRefused) {
+TEST(LocationTest, WaysOutOfTheProgramFolderAreRefused) {
     for (const char* name : {"..", R"(..\x)", R"(a\..\..\x)", ".", R"(.\Command)", R"(a\. .\b)", "...", " "}) {
-        EXPECT_EQ(WhyLocationRefused("E:\\" + std::string(name)), notPlain) << name;
+        EXPECT_EQ(Location("E:\\" + std::string(name)).WhyRefused(), notPlain) << name;
     }
 }
 
-TEST(LocationNameTest, StreamsAndForbiddenCharactersAreRefused) {
+TEST(LocationTest, StreamsAndForbiddenCharactersAreRefused) {
     for (const char* name : {"Command.txt:x", "Save:stream", "Save::$DATA", "Command/x", "a/../Command", "Save/Daily",
                              "Sa*ve", "Sa?ve", "Sa\"ve", "Sa<ve", "Sa>ve", "Sa|ve", "Sa\nve", "Sa\x1Fve"}) {
-        EXPECT_EQ(WhyLocationRefused("E:\\" + std::string(name)), notPlain) << name;
+        EXPECT_EQ(Location("E:\\" + std::string(name)).WhyRefused(), notPlain) << name;
     }
-    EXPECT_EQ(WhyLocationRefused(std::string("E:\\Sa\0ve", 8)), notPlain);
+    EXPECT_EQ(Location(std::string("E:\\Sa\0ve", 8)).WhyRefused(), notPlain);
 }
 
-TEST(LocationNameTest, DevicesAreRefused) {
+TEST(LocationTest, DevicesAreRefused) {
     for (const char* name : {"CON", "con", "NUL", "nul.txt", "Aux", "PRN.x.y", "COM1", "lpt9", "COM0", R"(Daily\NUL)",
                              R"(aux\Daily)", "NUL ", "COM1 .txt", "CONIN$", "conout$", "COM\u00B9", "LPT\u00B3"}) {
-        EXPECT_EQ(WhyLocationRefused("E:\\" + std::string(name)), deviceName) << name;
+        EXPECT_EQ(Location("E:\\" + std::string(name)).WhyRefused(), deviceName) << name;
     }
 }
 
-TEST(LocationNameTest, PathsWithoutARootAreRefused) {
+TEST(LocationTest, PathsWithoutARootAreRefused) {
     for (const char* path : {"", "Save", "E:", "E:Save", R"(\Save)", R"(1:\Save)", "E:/Save"}) {
-        EXPECT_EQ(WhyLocationRefused(path), notFull) << path;
+        EXPECT_EQ(Location(path).WhyRefused(), notFull) << path;
     }
 }
 
-TEST(LocationNameTest, HarmlessNamesPass) {
+TEST(LocationTest, HarmlessNamesPass) {
     for (const char* path : {R"(E:\Save)",
                              R"(E:\Backups\Daily)",
                              "E:\\",
@@ -125,11 +127,11 @@ TEST(LocationNameTest, HarmlessNamesPass) {
                              "E:\\Sicherung \u00C4\u4E2D",
                              R"(e:\Save)",
                              R"(E:\Save\DELETE~1)"}) {
-        EXPECT_EQ(WhyLocationRefused(path), "") << path;
+        EXPECT_EQ(Location(path).WhyRefused(), "") << path;
     }
 }
 
-TEST(LocationNameTest, PlainRelativePaths) {
+TEST(LocationTest, PlainRelativePaths) {
     for (const char* path : {"", "a", R"(a\b.txt)", R"(\a)", R"(a\\b)", "a..b", ".a", "a."}) {
         EXPECT_TRUE(IsPlainRelativePath(path)) << path;
     }
@@ -169,6 +171,41 @@ TEST_F(ProgramTest, ARefusedLocationNeverLeadsToDeletionsAtTheNextStart) {
     EXPECT_EQ(machine.Read(R"(C:\Data\a.doc)"), "one");
     EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
     EXPECT_THAT(ErrorLog(machine), Not(IsEmpty()));
+}
+
+TEST(LocationTest, TheDriveIsNotKept) {
+    EXPECT_EQ(Location(R"(E:\Save)").SavedPathOf(R"(C:\Data\Sub)"), R"(E:\Save\Data\Sub)");
+    EXPECT_EQ(Location(R"(E:\Save)").SavedPathOf(R"(D:\Data\Sub)"), R"(E:\Save\Data\Sub)");
+    EXPECT_EQ(Location(R"(E:\Save)").SavedPathOf(R"(C:\Data\Sub\)"), R"(E:\Save\Data\Sub\)");
+    EXPECT_EQ(Location(R"(E:\Save)").SavedPathOf("C:\\"), R"(E:\Save\)");
+    EXPECT_EQ(Location("E:\\").SavedPathOf(R"(C:\a.txt)"), R"(E:\a.txt)");
+}
+
+TEST(LocationTest, ABackslashBehindTheRootIsDropped) {
+    EXPECT_EQ(Location(R"(E:\Save)").SavedPathOf(R"(C:\\Data)"), R"(E:\Save\Data)");
+}
+
+TEST(LocationTest, ANetworkSourceKeepsItsServerAndShareAsFolders) {
+    EXPECT_EQ(Location(R"(E:\Save)").SavedPathOf(R"(\\server\share\Data)"), R"(E:\Save\server\share\Data)");
+    EXPECT_EQ(Location(R"(E:\Save)").SavedPathOf(R"(\\server\share\)"), R"(E:\Save\server\share)");
+}
+
+TEST(LocationTest, ABackslashAtTheEndMakesNoDifference) {
+    EXPECT_EQ(Location(R"(E:\Save\)"), Location(R"(E:\Save)"));
+    EXPECT_EQ(Location(R"(E:\Save\\)").Name(), "Save");
+    EXPECT_EQ(Location("E:\\").Path(), "E:\\");
+}
+
+TEST(LocationTest, WhatLiesBelowItAndWhatItIsCalledThere) {
+    const Location folder(R"(E:\Save)");
+    const Location drive("E:\\");
+    EXPECT_EQ(folder.Below(R"(Data\a.doc)"), R"(E:\Save\Data\a.doc)");
+    EXPECT_EQ(drive.Below(R"(Data\a.doc)"), R"(E:\Data\a.doc)");
+    EXPECT_EQ(folder.RelativeNameOf(R"(E:\Save\Data\a.doc)"), R"(Data\a.doc)");
+    EXPECT_EQ(drive.RelativeNameOf(R"(E:\Data\a.doc)"), R"(Data\a.doc)");
+    EXPECT_EQ(folder.RelativeNameOf(R"(E:\Saved\a.doc)"), "");
+    EXPECT_EQ(folder.RelativeNameOf("     No Files"), "");
+    EXPECT_EQ(folder.Journal(), R"(E:\Save\~Marlok Backup.run)");
 }
 
 }  // namespace

@@ -1,6 +1,13 @@
-#include "fileops/Callback.h"
+#include "ui/run/Callback.h"
 
 namespace marlok {
+
+namespace {
+
+/// The last value that the counting bar shows before it starts again at 1.
+constexpr int lastCount = 99;
+
+}  // namespace
 
 void CopyProgress(forms::ProgressBar& bar, const CopyProgressInfo& info) {
     switch (info.reason) {
@@ -15,6 +22,11 @@ void CopyProgress(forms::ProgressBar& bar, const CopyProgressInfo& info) {
             }
             break;
     }
+}
+
+void CountCopiedFile(forms::ProgressBar& bar) {
+    const int shown = static_cast<int>(bar.Value.Get());
+    bar.Value = static_cast<float>((shown == lastCount ? 0 : shown) + 1);
 }
 
 }  // namespace marlok

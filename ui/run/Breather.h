@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "engine/Program.h"
+#include "platform/Machine.h"
 
 namespace marlok {
 
@@ -10,22 +10,22 @@ namespace marlok {
 /// No input is delivered, so no handler runs.
 class Breather {
  public:
-    /// `interval` in milliseconds: how long windows may go without painting.
-    explicit Breather(Program& program, std::uint64_t interval = usualInterval)
-        : program_(program), interval_(interval) {}
+    /// `interval` in milliseconds: how long windows may go without painting. `machine` outlives this object.
+    explicit Breather(Machine& machine, std::uint64_t interval = usualInterval)
+        : machine_(machine), interval_(interval) {}
 
     void operator()() {
-        const std::uint64_t now = program_.machine.clock.TickCount();
+        const std::uint64_t now = machine_.clock.TickCount();
         if (now - lastPaint_ >= interval_) {
             lastPaint_ = now;
-            program_.machine.desktop.PaintPending();
+            machine_.desktop.PaintPending();
         }
     }
 
  private:
     static constexpr std::uint64_t usualInterval = 50;
 
-    Program& program_;
+    Machine& machine_;
     std::uint64_t interval_;
     std::uint64_t lastPaint_ = 0;
 };

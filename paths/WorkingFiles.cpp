@@ -1,4 +1,4 @@
-#include "fileops/WorkingFiles.h"
+#include "paths/WorkingFiles.h"
 
 #include "text/Text.h"
 
