@@ -261,9 +261,6 @@ SystemError InMemoryFiles::Rename(const std::string& from, const std::string& to
     if (source.node == nullptr) {
         return source.error;
     }
-    if (disk_.Has(*source.node, Hold::Kind::mapping)) {
-        return error::sharingViolation;
-    }
     if (const SystemError code = CheckRemoval(disk_, *source.node); code != error::success) {
         return code;
     }
@@ -321,7 +318,9 @@ SystemError InMemoryFiles::Replace(const std::string& replaced, const std::strin
     SystemError code = faults_.Enter("Replace.Second", replaced, true);
     code = code == error::success ? Rename(replacement, replaced, false) : code;
     if (code != error::success) {
-        return error::replacedMovedAway;
+        code = faults_.Enter("Replace.Back", replaced, true);
+        code = code == error::success ? Rename(backup, replaced, false) : code;
+        return code == error::success ? error::replacementNotMoved : error::replacedMovedAway;
     }
     young.node->attributes = attributes;
     disk_.SetCreationTime(*young.node, created);

@@ -26,7 +26,7 @@ std::u16string Translated(std::u16string pattern) {
     if (pattern == u"*.*") {
         return u"*";
     }
-    const bool endsInDot = pattern.size() > 1 && pattern.back() == u'.' && pattern[pattern.size() - 2] == u'*';
+    const bool endsInDot = pattern.size() > 1 && pattern.back() == u'.' && IsWildcard(pattern[pattern.size() - 2]);
     const std::u16string written = pattern;
     for (std::size_t i = 0; i < written.size(); ++i) {
         const char16_t next = i + 1 < written.size() ? written[i + 1] : u'\0';
@@ -39,7 +39,7 @@ std::u16string Translated(std::u16string pattern) {
         }
     }
     if (endsInDot) {
-        pattern.pop_back();  // dots at the end of a path are dropped; what stood before still means "no extension"
+        pattern.pop_back();  // dots at the end of a path are dropped; a star before one still means "no extension"
     }
     return pattern;
 }

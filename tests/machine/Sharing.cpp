@@ -56,14 +56,14 @@ bool Users::Any(std::uint64_t now) {
 
 bool Users::AnyRefuses(std::uint64_t now) {
     DropEnded(now);
-    return !uses_.empty() || AnyHold([](const Hold& hold) { return hold.kind != Hold::Kind::image; });
+    return !uses_.empty() || AnyHold([](const Hold& hold) { return hold.kind == Hold::Kind::handle; });
 }
 
 bool Users::AnyKeepsName(std::uint64_t now) {
     DropEnded(now);
     const auto keeps = [](const Use& use) { return (use.share & access::remove) == 0; };
     return std::any_of(uses_.begin(), uses_.end(), keeps) ||
-           AnyHold([&keeps](const Hold& hold) { return hold.kind != Hold::Kind::handle || keeps(hold.use); });
+           AnyHold([&keeps](const Hold& hold) { return hold.kind == Hold::Kind::handle && keeps(hold.use); });
 }
 
 bool Users::Has(Hold::Kind kind, std::uint64_t now) {
