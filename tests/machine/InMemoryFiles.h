@@ -9,7 +9,9 @@
 namespace marlok::test {
 
 /// The kernel's file services on the in-memory disk. A copy is several steps, each seen by hooks and faults:
-/// "Copy" (the source is opened), "Copy.Create", "Copy.Write" once a chunk, "Copy.Finish" (times and attributes).
+/// "Copy" (the source is opened), "Copy.Create", "Copy.Write" once a chunk, "Copy.Finish" (times and attributes). So is
+/// Replace: "Replace" (the old file gets the backup's name), "Replace.Second" (the new one gets the old one's) and,
+/// where that fails, "Replace.Back".
 class InMemoryFiles : public FileSystem {
  public:
     InMemoryFiles(InMemoryDisk& disk, FaultPlan& faults) : disk_(disk), faults_(faults) {}

@@ -187,6 +187,10 @@ TEST_F(InMemorySharingTest, ADeathBetweenTheTwoNamesLeavesTheOldFileAside) {
 TEST_F(InMemorySharingTest, AReplacementTellsHowFarItCame) {
     memory.faults.FailWhen(
         [](const Step& step) { return step.operation == "Replace.Second" ? error::ioDevice : error::success; });
+    EXPECT_EQ(files.Replace("E:\\a", "E:\\b", "E:\\old"), error::replacementNotMoved);
+    EXPECT_EQ(memory.Tree("E:\\"), (Tree{{"a", "a"}, {"b", "b"}}));
+    memory.faults.FailWhen(
+        [](const Step& step) { return step.operation.starts_with("Replace.") ? error::ioDevice : error::success; });
     EXPECT_EQ(files.Replace("E:\\a", "E:\\b", "E:\\old"), error::replacedMovedAway);
     EXPECT_EQ(memory.Tree("E:\\"), (Tree{{"b", "b"}, {"old", "a"}}));
     memory.faults.Revive();
