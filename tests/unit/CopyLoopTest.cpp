@@ -298,7 +298,7 @@ TEST_F(CopyLoopTest, AFailedReplacementKeepsTheOldCopy) {
     machine.Lock(R"(E:\Save\Data\a.doc)");
     EXPECT_EQ(Run(), exitcode::somethingFailed);
     EXPECT_EQ(Saved(), (Tree{{"Data\\", ""}, {"Data\\a.doc", "old"}}));
-    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(R"(C:\Data\a.doc)", error::sharingViolation)));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(R"(C:\Data\a.doc)", error::accessDenied)));
 }
 
 TEST_F(CopyLoopTest, AReplacedReadOnlyCopyThatFailsKeepsItsAttributes) {

@@ -367,7 +367,7 @@ TEST_F(Form6Test, ALogThatCannotBeWrittenIsAFailure) {
     machine.Seed({{Beside("Backup Log File.txt"), "old"}});
     machine.Lock(Beside("Backup Log File.txt"));
     EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
-    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Log File.txt"), error::sharingViolation)));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Log File.txt"), error::accessDenied)));
     EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
 }
 
