@@ -24,6 +24,7 @@ _numbers = itertools.count(1)
 
 def pytest_configure(config: pytest.Config) -> None:
     config.addinivalue_line("markers", "nightly: takes minutes; run by scripts/test --nightly")
+    config.addinivalue_line("markers", "long: takes longer than most; begun first when several processes share the tests")
 
     def leave(number: int, _: object) -> None:
         # The way out that passes through the fixtures.
@@ -31,6 +32,44 @@ def pytest_configure(config: pytest.Config) -> None:
 
     signal.signal(signal.SIGTERM, leave)
     signal.signal(signal.SIGHUP, leave)
+
+
+def share() -> Path | None:
+    """The folder in which processes that share the tests take them; None when this one runs alone."""
+    folder = os.environ.get("MARLOK_E2E_SHARE")
+    return Path(folder) if folder else None
+
+
+def pytest_collection_modifyitems(items: list[pytest.Item]) -> None:
+    if share() is not None:
+        items.sort(key=lambda item: item.get_closest_marker("long") is None)
+
+
+def take(folder: Path, number: int) -> bool:
+    """Takes the test of that number, unless another process has; every process counts them alike."""
+    try:
+        os.close(os.open(folder / str(number), os.O_CREAT | os.O_EXCL | os.O_WRONLY))
+    except FileExistsError:
+        return False
+    return True
+
+
+def pytest_runtestloop(session: pytest.Session) -> bool | None:
+    """Runs the tests that no other process has taken; pytest's own loop where this one runs alone."""
+    folder = share()
+    if folder is None or session.testsfailed or session.config.option.collectonly:
+        return None
+    (folder / "collected").write_text(str(len(session.items)))
+    mine = (item for number, item in enumerate(session.items) if take(folder, number))
+    item = next(mine, None)
+    while item is not None:
+        # The one that follows is taken already: pytest puts away what it does not need.
+        following = next(mine, None)
+        item.config.hook.pytest_runtest_protocol(item=item, nextitem=following)
+        if session.shouldstop:
+            raise session.Interrupted(session.shouldstop)
+        item = following
+    return True
 
 
 @pytest.fixture(scope="session")

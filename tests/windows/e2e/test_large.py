@@ -40,7 +40,7 @@ MANY = 33_000
 
 
 def test_more_files_than_a_16_bit_counter_holds(machine: Machine) -> None:
-    seed_files(machine, MANY, 33)
+    seed_files(machine, MANY, 330)
     save_and_check(machine, MANY, 240)
 
 
