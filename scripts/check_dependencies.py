@@ -4,8 +4,8 @@
 Dependencies run one way, as the table below has them, and the operating system stays in win32. Prints each breach as
 "file:line: what is wrong" and fails when there is one.
 
-With --headers, compiles headers alone instead (syntax only): those that no source shows to stand alone by including them
-first.
+With --headers, compiles headers alone instead (syntax only): those that no source shows to stand alone by including
+them first.
 """
 
 from __future__ import annotations
@@ -165,7 +165,8 @@ def check_header_alone(name: str) -> str | None:
     options = ["-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-Werror", "-I.", *googletest]
     # On standard input, so that the header is no "main file" with a pragma once to complain about.
     command = [*compiler, *options, "-x", "c++", "-"]
-    result = subprocess.run(command, cwd=REPO, input=f'#include "{name}"\n', capture_output=True, text=True, check=False)
+    unit = f'#include "{name}"\n'
+    result = subprocess.run(command, cwd=REPO, input=unit, capture_output=True, text=True, check=False)
     return None if result.returncode == 0 else f"{name}:1: does not compile alone\n{result.stderr}"
 
 

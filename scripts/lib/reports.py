@@ -46,8 +46,8 @@ class Report:
 
 
 def read_report(path: Path) -> Report:
-    """Reads an XML report of GoogleTest or pytest. A skipped test has shown nothing: it counts as failed, unless it says
-    that what it needs is not available here.
+    """Reads an XML report of GoogleTest or pytest. A skipped test has shown nothing: it counts as failed, unless it
+    says that what it needs is not available here.
     Raises StageFailed when the file is no report."""
     report = Report()
     try:

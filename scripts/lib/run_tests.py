@@ -161,8 +161,10 @@ def pytest(job: Job, name: str, arguments: list[str], timeout: float, env: dict[
     report = OUTPUT / f"{name}.xml"
     report.unlink(missing_ok=True)
     log = OUTPUT / f"{name}.log"
+    log.unlink(missing_ok=True)
     code = job.run(
-        ["/usr/bin/python3", "-m", "pytest", "-p", "no:cacheprovider", "--durations=10", f"--junitxml={report}", *arguments],
+        ["/usr/bin/python3", "-m", "pytest", "-p", "no:cacheprovider", "--durations=10", f"--junitxml={report}",
+         *arguments],
         timeout, env=dict(os.environ, PYTHONDONTWRITEBYTECODE="1", **(env or {})), log=log)  # fmt: skip
     if not report.exists():
         raise StageFailed(f"pytest ended with {code} and no report; see {log}")
@@ -213,8 +215,8 @@ def fuzz_stage(job: Job) -> Count:
     return count
 
 
-# In the order in which their results are shown. The tests that measure time and the builds that they need go first; what
-# nothing waits for gives way to them.
+# In the order in which their results are shown. The tests that measure time and the builds that they need go first;
+# what nothing waits for gives way to them.
 STAGES = [
     Stage("packages", "what is needed is installed, and a Wine machine made", packages_stage),
     Stage("format", "the layout of the code", format_stage, needs=["packages"]),
@@ -233,14 +235,14 @@ STAGES = [
         "tidy", "clang-tidy on the program and the in-memory machine", tidy_stage, needs=["packages", "build-host"],
         patient=True),
     Stage(
-        "tidy-win32", "clang-tidy on the real machine", tidy_win32_stage, by_name=True, needs=["packages", "build-windows"],
-        after=["tidy"], patient=True),
+        "tidy-win32", "clang-tidy on the real machine", tidy_win32_stage, by_name=True,
+        needs=["packages", "build-windows"], after=["tidy"], patient=True),
     Stage(
         "tidy-tests", "clang-tidy on the test cases", tidy_tests_stage, nightly=True,
         needs=["packages", "build-host", "build-windows"], after=["tidy"], patient=True),
     Stage(
-        "e2e-nightly", "the slow end-to-end tests", e2e_nightly_stage, nightly=True, needs=["packages", "build-windows"],
-        after=["windows", "e2e"]),
+        "e2e-nightly", "the slow end-to-end tests", e2e_nightly_stage, nightly=True,
+        needs=["packages", "build-windows"], after=["windows", "e2e"]),
     Stage("fuzz", "the fuzzers", fuzz_stage, nightly=True, needs=["packages"], after=["tidy-tests"], patient=True),
 ]  # fmt: skip
 

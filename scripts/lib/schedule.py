@@ -1,7 +1,7 @@
 """Runs stages, at once where none waits for another, and counts what they checked.
 
-A stage is a function that gets a Job, the handle on its log and its commands, and returns its Count. Whatever goes wrong in
-it, a program that dies, an exception, nothing counted at all, is one failure of that stage and stops no other.
+A stage is a function that gets a Job, the handle on its log and its commands, and returns its Count. Whatever goes
+wrong in it, a program that dies, an exception, nothing counted at all, is one failure of that stage and stops no other.
 """
 
 from __future__ import annotations
@@ -119,7 +119,8 @@ class Job:
             output.write(f"$ {shlex.join(command)}\n".encode())
             output.flush()
             return self._commands.run(
-                [*self._prefix, *command], timeout, cwd=cwd or self._repo, env=env, stdout=output, stderr=subprocess.STDOUT)
+                [*self._prefix, *command], timeout, cwd=cwd or self._repo, env=env, stdout=output,
+                stderr=subprocess.STDOUT)  # fmt: skip
 
     def check(self, command: list[str], timeout: float, **options: object) -> Count:
         """A command that counts as one check."""
@@ -149,7 +150,7 @@ class Result:
 
 
 class Schedule:
-    """Runs stages as soon as what they wait for is done, and prints their results in the order in which they are listed."""
+    """Runs stages as soon as what they wait for is done, and prints their results in the order of the list."""
 
     def __init__(self, stages: list[Stage], folder: Path, repo: Path, tell: Callable[[str], None]) -> None:
         """Logs go to `folder`; commands run in `repo`; results are printed by `tell`."""

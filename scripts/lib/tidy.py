@@ -1,7 +1,8 @@
 """clang-tidy on the sources of a build, those alone that changed since it had nothing to say about them.
 
-A source that it passed leaves a stamp: a hash of everything that could change its mind, which is the source and our headers
-that it includes, the compile command, the configuration and the packages of the tool and of the system's headers.
+A source that it passed leaves a stamp: a hash of everything that could change its mind, which is the source and our
+headers that it includes, the compile command, the configuration and the packages of the tool and of the system's
+headers.
 """
 
 from __future__ import annotations
@@ -63,7 +64,8 @@ def windows_look(repo: Path) -> Look:
 
 def _header_folders(compiler: str) -> list[str]:
     """Where a compiler looks for system headers, without those of its own that stand for its built-in functions."""
-    said = subprocess.run([compiler, "-E", "-x", "c++", "-", "-v"], input="", capture_output=True, text=True, check=True).stderr
+    command = [compiler, "-E", "-x", "c++", "-", "-v"]
+    said = subprocess.run(command, input="", capture_output=True, text=True, check=True).stderr
     listed = re.search(r"#include <\.\.\.> search starts here:\n(.*?)End of search list", said, re.DOTALL)
     if listed is None:
         raise StageFailed(f"{compiler} does not say where its headers are")
@@ -88,7 +90,8 @@ class Inputs:
         """The content of a file, and those of our own files that it includes: beside it or from the root."""
         content = path.read_bytes()
         names = _QUOTED_INCLUDE.findall(content.decode("utf-8", "replace"))
-        found = [next((place for place in (path.parent / name, self._repo / name) if place.is_file()), None) for name in names]
+        places = ((path.parent / name, self._repo / name) for name in names)
+        found = (next((place for place in pair if place.is_file()), None) for pair in places)
         return content, tuple(place for place in found if place)
 
     def all_files_of(self, source: Path) -> dict[Path, bytes]:
@@ -163,7 +166,8 @@ def look_at_sources(job: Job, repo: Path, sources: list[Path], look: Look) -> Co
     with job.log.open("ab") as output:
         for source in found:
             output.write(stamp_of(source).with_suffix(".log").read_bytes())
-    job.tell(f"  {len(known)} sources, {len(known) - len(changed)} unchanged since they were passed, {len(found)} with findings")
+    unchanged = len(known) - len(changed)
+    job.tell(f"  {len(known)} sources, {unchanged} unchanged since they were passed, {len(found)} with findings")
     return Count(0, 1) if found else Count(1, 0)
 
 

@@ -43,5 +43,6 @@ def test_a_header_that_cannot_stand_alone_is_found(house: Path) -> None:
 
 def test_headers_for_windows_are_compiled_for_windows(house: Path) -> None:
     (house / "win32").mkdir()
-    (house / "win32" / "Window.h").write_text("#pragma once\n#include <windows.h>\ninline HWND none() { return nullptr; }\n")
+    text = "#pragma once\n#include <windows.h>\ninline HWND none() { return nullptr; }\n"
+    (house / "win32" / "Window.h").write_text(text)
     assert check_header_alone("win32/Window.h") is None

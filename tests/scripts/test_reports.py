@@ -31,7 +31,8 @@ def written(path: Path, *cases: str) -> Path:
 
 def test_tests_are_counted_by_what_became_of_them(report: Path) -> None:
     found = read_report(written(
-        report, '<testcase classname="a" name="1"/>', '<testcase classname="a" name="2"><failure>why</failure></testcase>',
+        report, '<testcase classname="a" name="1"/>',
+        '<testcase classname="a" name="2"><failure>why</failure></testcase>',
         '<testcase classname="a" name="3"><error message="how"/></testcase>',
         '<testcase classname="a" name="4"><skipped message="no reason"/></testcase>',
         '<testcase classname="a" name="5"><skipped message="not available here: no such device"/></testcase>',
@@ -91,7 +92,9 @@ def test_a_program_that_ran_no_test_is_a_failure(report: Path, tmp_path: Path) -
 
 def test_a_program_that_died_counts_by_what_it_had_printed(report: Path, tmp_path: Path) -> None:
     log = tmp_path / "log"
-    log.write_text("[ RUN      ] A.B\n[       OK ] A.B (1 ms)\n[ RUN      ] A.C\n[  FAILED  ] A.C (2 ms)\n[ RUN      ] A.D\n")
+    log.write_text(
+        "[ RUN      ] A.B\n[       OK ] A.B (1 ms)\n[ RUN      ] A.C\n[  FAILED  ] A.C (2 ms)\n"
+        "[ RUN      ] A.D\n")  # fmt: skip
     job = Told()
 
     assert count_gtest(job, report, log, -11) == Count(1, 2)

@@ -111,8 +111,9 @@ def dies_with(failure: BaseException) -> Callable[[Job], Count]:
 @pytest.mark.parametrize(
     "act",
     [
-        dies_with(StageFailed("it does not work")), dies_with(OSError("no such thing")), dies_with(ZeroDivisionError("oh")),
-        dies_with(SystemExit(0)), dies_with(KeyboardInterrupt()), lambda job: None, lambda job: Count(),
+        dies_with(StageFailed("it does not work")), dies_with(OSError("no such thing")),
+        dies_with(ZeroDivisionError("oh")), dies_with(SystemExit(0)), dies_with(KeyboardInterrupt()),
+        lambda job: None, lambda job: Count(),
     ],
 )  # fmt: skip
 def test_a_stage_that_dies_or_counts_nothing_has_failed(runs: Runs, act: Callable[[Job], Count]) -> None:
@@ -137,13 +138,15 @@ def test_results_are_printed_in_the_order_of_the_list_whoever_is_first(runs: Run
 
     results = runs.run(Stage("slow", "the slow one", slow), Stage("quick", "the quick one", quick))
 
-    assert [line for line in runs.printed if line.startswith("====")] == ["==== slow: the slow one", "==== quick: the quick one"]
+    headings = [line for line in runs.printed if line.startswith("====")]
+    assert headings == ["==== slow: the slow one", "==== quick: the quick one"]
     assert [line.split()[0] for line in summary(results, 1)] == ["slow", "quick", "all", "2"]
 
 
 def test_the_last_line_tells_the_sum(runs: Runs) -> None:
     results = runs.run(
-        Stage("a", "", lambda job: Count(5, 1)), Stage("b", "", lambda job: Count(2, 0, 3)), Stage("c", "", passes))  # fmt: skip
+        Stage("a", "", lambda job: Count(5, 1)), Stage("b", "", lambda job: Count(2, 0, 3)),
+        Stage("c", "", passes))  # fmt: skip
 
     assert list(summary(results, 1))[-1] == "8 passed, 1 failed"
     assert "3 not available here" in next(line for line in summary(results, 1) if line.startswith("b "))
@@ -225,7 +228,8 @@ def test_a_signal_ends_the_whole_run_with_what_it_started(tmp_path: Path) -> Non
         "act = lambda job: job.check(['sh', '-c', sys.argv[3], str(here / 'child')], 60)\n"
         "Schedule([Stage('a', '', act)], here, here, print).run()\n")  # fmt: skip
     library = str(Path(__file__).resolve().parents[2] / "scripts" / "lib")
-    process = subprocess.Popen([sys.executable, "-c", script, library, str(tmp_path), FAMILY], stderr=subprocess.DEVNULL)
+    command = [sys.executable, "-c", script, library, str(tmp_path), FAMILY]
+    process = subprocess.Popen(command, stderr=subprocess.DEVNULL)
     assert wait_until(lambda: file.exists() and file.read_text().strip())
 
     process.send_signal(signal.SIGTERM)

@@ -9,7 +9,8 @@ import pytest
 import tidy
 from schedule import Commands, Count, Job, StageFailed
 
-CONFIGURATION = 'Checks: "-*,misc-redundant-expression,misc-unused-parameters,modernize-use-nullptr"\nWarningsAsErrors: "*"\n'
+CHECKS = "-*,misc-redundant-expression,misc-unused-parameters,modernize-use-nullptr"
+CONFIGURATION = f'Checks: "{CHECKS}"\nWarningsAsErrors: "*"\n'
 
 
 class House:
