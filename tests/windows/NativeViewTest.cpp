@@ -16,8 +16,6 @@
 namespace marlok::test {
 namespace {
 
-using forms::Aspect;
-
 class SampleForm : public forms::Form {
  public:
     SampleForm(forms::Windows& windows, const std::string& caption) : Form(windows, "Sample", caption) {
