@@ -11,11 +11,13 @@ namespace marlok::test {
 
 namespace {
 
-BOOL CALLBACK AppendOwnTitle(HWND window, LPARAM titles) {
+/// Hides it too: one test that leaves a window is one failure.
+BOOL CALLBACK TakeOwnTitle(HWND window, LPARAM titles) {
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
     if (process == GetCurrentProcessId() && IsWindowVisible(window) != FALSE) {
         *reinterpret_cast<std::string*>(titles) += " [" + win32::FromWide(win32::WindowText(window)) + "]";
+        ShowWindow(window, SW_HIDE);
     }
     return TRUE;
 }
@@ -24,7 +26,7 @@ BOOL CALLBACK AppendOwnTitle(HWND window, LPARAM titles) {
 
 void WindowWatch::OnTestEnd(const ::testing::TestInfo& test) {
     std::string titles;
-    EnumWindows(AppendOwnTitle, reinterpret_cast<LPARAM>(&titles));
+    EnumWindows(TakeOwnTitle, reinterpret_cast<LPARAM>(&titles));
     EXPECT_EQ(titles, "") << test.name() << " leaves windows on the screen";
 }
 
