@@ -141,7 +141,8 @@ def check_includes() -> list[str]:
 
 
 def is_compiled_behind_others(name: str) -> bool:
-    """True for sources of the test programs: the test framework is precompiled and comes before their first line."""
+    """True for sources of the test programs: the test framework is precompiled and comes before their first line. So do
+    the standard library's headers before the program's, but those sources clang-tidy compiles as they are."""
     return name.startswith(("tests/unit/", "tests/contract/")) or name.rpartition("/")[0] == "tests/windows"
 
 
@@ -151,7 +152,7 @@ def first_include(name: str) -> str | None:
 
 
 def headers_to_compile(names: list[str], sources: list[str]) -> list[str]:
-    """Of the headers `names`, those that no source includes first: the build compiles the others alone already."""
+    """Of the headers `names`, those that no source includes first: the others are compiled alone already."""
     shown = {first_include(source) for source in sources if not is_compiled_behind_others(source)}
     return [name for name in names if name not in shown]
 
