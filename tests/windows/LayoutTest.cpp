@@ -89,6 +89,8 @@ class LayoutTest : public testing::TestWithParam<UINT> {
         EXPECT_TRUE(settings.SaveLocations({R"(E:\Save)", R"(E:\Another\Backup\Location\With\A\Rather\Long\Path)"}));
         EXPECT_TRUE(settings.SaveSources(Location(R"(E:\Save)"), {R"(C:\Data)", R"(C:\Data\letter.doc)"}));
     }
+    LayoutTest(const LayoutTest&) = delete;
+    LayoutTest& operator=(const LayoutTest&) = delete;
     ~LayoutTest() override { program.windows.UnloadAll(); }
 
     HWND Find(const forms::Form& form) {
