@@ -6,7 +6,7 @@
 
 #include "win32/machine/Handles.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/WindowText.h"
 #include "win32/views/WorkArea.h"
 
 namespace marlok::win32 {

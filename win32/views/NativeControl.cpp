@@ -22,25 +22,12 @@
 #include "win32/views/NativeTab.h"
 #include "win32/views/NativeTree.h"
 #include "win32/views/NativeWebView.h"
+#include "win32/views/Twips.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::win32 {
 
 using forms::Aspect;
-
-int ToPixels(int twips, UINT dpi) {
-    return MulDiv(twips, static_cast<int>(dpi), 1440);
-}
-
-int ToTwips(int pixels, UINT dpi) {
-    return MulDiv(pixels, 1440, static_cast<int>(dpi));
-}
-
-std::wstring WindowText(HWND window) {
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-    const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
-    text.resize(static_cast<std::size_t>(length));
-    return text;
-}
 
 std::unique_ptr<NativeControl> NativeControl::For(forms::Control& control, Post post) {
     if (auto* label = dynamic_cast<forms::Label*>(&control)) {

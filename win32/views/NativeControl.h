@@ -20,13 +20,6 @@ struct Site {
     UINT dpi = USER_DEFAULT_SCREEN_DPI;
 };
 
-/// Twips (1440 to the logical inch) in the pixels of a screen, and back.
-[[nodiscard]] int ToPixels(int twips, UINT dpi);
-[[nodiscard]] int ToTwips(int pixels, UINT dpi);
-
-/// Wide text of any window.
-[[nodiscard]] std::wstring WindowText(HWND window);
-
 /// A standard Windows control that shows one control of a form. It exists on the screen from the moment the control is
 /// first shown until this object goes.
 class NativeControl {

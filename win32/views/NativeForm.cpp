@@ -13,6 +13,8 @@
 #include "forms/Controls.h"
 #include "win32/machine/Wide.h"
 #include "win32/views/MessageFont.h"
+#include "win32/views/Twips.h"
+#include "win32/views/WindowText.h"
 #include "win32/views/WorkArea.h"
 
 namespace marlok::win32 {

@@ -9,7 +9,7 @@
 #include "win32/machine/Wide.h"
 #include "win32/views/CaptionedMessage.h"
 #include "win32/views/InputBox.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/Twips.h"
 
 namespace marlok::win32 {
 
