@@ -30,9 +30,6 @@ class NativeControl {
     /// Where a kind of control stands among its siblings: what lies around others lies behind them.
     enum class Layer { front, frame, tabs };
 
-    /// The native side of `control`; null for controls that have none (timers).
-    [[nodiscard]] static std::unique_ptr<NativeControl> For(forms::Control& control, Post post);
-
     NativeControl(const NativeControl&) = delete;
     NativeControl& operator=(const NativeControl&) = delete;
 

@@ -12,6 +12,7 @@
 
 #include "forms/Controls.h"
 #include "win32/machine/Wide.h"
+#include "win32/views/ControlFactory.h"
 #include "win32/views/MessageFont.h"
 #include "win32/views/Twips.h"
 #include "win32/views/WindowText.h"
@@ -243,7 +244,7 @@ NativeControl* NativeForm::Make(const forms::Control& control) {
     if (found == all.end() || known) {
         return nullptr;
     }
-    auto made = NativeControl::For(**found, [this](NativeLoop::Action action) { Post(std::move(action)); });
+    auto made = MakeNativeControl(**found, [this](NativeLoop::Action action) { Post(std::move(action)); });
     if (!made) {
         withoutWindow_.push_back(&control);
         return nullptr;
