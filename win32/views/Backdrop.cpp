@@ -53,7 +53,7 @@ void Backdrop::Print(HDC surface) {
         return;  // a strip of tabs asks for what lies behind itself
     }
     printing_ = true;
-    for (const NativeControl* control : form_.InOrder()) {
+    for (const NativeControl* control : form_.Controls().InOrder()) {
         if (control->Place() == NativeControl::Layer::tabs && control->Model().IsShown()) {
             RECT place{};
             GetWindowRect(control->Window(), &place);
@@ -87,11 +87,11 @@ HBRUSH Backdrop::Behind(const NativeControl& control, HDC surface) {
 /// The control that another one lies on, null for the form itself. A frame is no ground: one sees through it.
 const NativeControl* Backdrop::GroundOf(const NativeControl& control) const {
     for (const forms::Control* at = &control.Model(); at != nullptr; at = at->Container()) {
-        const NativeControl* around = at->Container() == nullptr ? nullptr : form_.Find(*at->Container());
+        const NativeControl* around = at->Container() == nullptr ? nullptr : form_.Controls().Find(*at->Container());
         if (around != nullptr && around->Window() != nullptr && IsGround(*around)) {
             return around;
         }
-        const NativeControl* tabs = at->Tabs() == nullptr ? nullptr : form_.Find(*at->Tabs());
+        const NativeControl* tabs = at->Tabs() == nullptr ? nullptr : form_.Controls().Find(*at->Tabs());
         if (tabs != nullptr && tabs->Window() != nullptr) {
             return tabs;
         }

@@ -84,7 +84,7 @@ bool Keyboard::Enter(const MSG& message) {
     if ((message.lParam & repeated) != 0) {
         return true;  // a key that is held down since it closed a message box must not start anything
     }
-    NativeControl* focused = form_.FindAround(message.hwnd);
+    NativeControl* focused = form_.Controls().FindAround(message.hwnd);
     if (focused != nullptr && Usable(*focused) && focused->TakesEnter()) {
         focused->EnterPressed();
         return true;
@@ -97,17 +97,17 @@ bool Keyboard::Enter(const MSG& message) {
 }
 
 NativeControl* Keyboard::EnterButton(HWND focus) const {
-    NativeControl* focused = form_.FindAround(focus);
+    NativeControl* focused = form_.Controls().FindAround(focus);
     if (IsPushButton(focused) && Usable(*focused)) {
         return focused;
     }
     const forms::CommandButton* wanted = form_.Model().DefaultButton();
-    NativeControl* button = wanted == nullptr ? nullptr : form_.Find(*wanted);
+    NativeControl* button = wanted == nullptr ? nullptr : form_.Controls().Find(*wanted);
     return button != nullptr && Usable(*button) ? button : nullptr;
 }
 
 bool Keyboard::PressButton(forms::CommandButton* button) const {
-    NativeControl* native = button == nullptr ? nullptr : form_.Find(*button);
+    NativeControl* native = button == nullptr ? nullptr : form_.Controls().Find(*button);
     if (native == nullptr || !Usable(*native)) {
         return false;
     }
@@ -116,7 +116,7 @@ bool Keyboard::PressButton(forms::CommandButton* button) const {
 }
 
 bool Keyboard::MoveOn(const MSG& message) {
-    const NativeControl* next = Next(form_.FindAround(message.hwnd), IsDown(VK_SHIFT) ? -1 : 1);
+    const NativeControl* next = Next(form_.Controls().FindAround(message.hwnd), IsDown(VK_SHIFT) ? -1 : 1);
     if (next == nullptr) {
         return false;
     }
@@ -128,7 +128,7 @@ bool Keyboard::MoveOn(const MSG& message) {
 }
 
 bool Keyboard::TurnTabs(int step) const {
-    for (NativeControl* control : form_.InOrder()) {
+    for (NativeControl* control : form_.Controls().InOrder()) {
         auto* tabs = dynamic_cast<forms::TabControl*>(&control->Model());
         if (tabs != nullptr && Usable(*control)) {
             form_.Post([tabs, step] { tabs->UserChose(tabs->NextEnabled(step)); });
@@ -150,7 +150,7 @@ bool Keyboard::Letter(const MSG& message) {
         }
         return true;
     }
-    const NativeControl* next = form_.FindAround(message.hwnd);
+    const NativeControl* next = form_.Controls().FindAround(message.hwnd);
     do {
         next = Next(next, 1);
     } while (next != nullptr && std::find(found.begin(), found.end(), next) == found.end());
@@ -162,7 +162,7 @@ bool Keyboard::Letter(const MSG& message) {
 
 std::vector<NativeControl*> Keyboard::WithLetter(wchar_t letter) const {
     std::vector<NativeControl*> found;
-    for (NativeControl* control : form_.InOrder()) {
+    for (NativeControl* control : form_.Controls().InOrder()) {
         const std::string* caption = control->PressCaption();
         if (caption != nullptr && TakesKeyboard(*control) && FirstLetter(*caption) == letter) {
             found.push_back(control);
@@ -181,7 +181,7 @@ void Keyboard::Leave(const NativeControl& going) {
 }
 
 void Keyboard::LeavePage(const NativeControl& tabs) {
-    const NativeControl* focused = form_.FindAround(GetFocus());
+    const NativeControl* focused = form_.Controls().FindAround(GetFocus());
     if (focused != nullptr && !focused->Model().IsShown()) {
         pageLost_ = &tabs;
         Leave(*focused);
@@ -193,10 +193,10 @@ void Keyboard::LeavePage(const NativeControl& tabs) {
 
 void Keyboard::Settle() {
     const NativeControl* strip = std::exchange(pageLost_, nullptr);
-    if (strip == nullptr || form_.FindAround(GetFocus()) != strip) {
+    if (strip == nullptr || form_.Controls().FindAround(GetFocus()) != strip) {
         return;  // the program has put it elsewhere since
     }
-    for (const NativeControl* control : form_.InOrder()) {
+    for (const NativeControl* control : form_.Controls().InOrder()) {
         if (control->Model().Tabs() == &strip->Model() && TakesKeyboard(*control)) {
             Give(*control);
             return;
@@ -215,7 +215,7 @@ NativeControl* Keyboard::First() const {
 /// The control after `from` (null: before the first), round the end, that can take the keyboard; `from` itself when it
 /// is the only one, null when there is none.
 NativeControl* Keyboard::Next(const NativeControl* from, int step) const {
-    const std::vector<NativeControl*> order = form_.InOrder();
+    const std::vector<NativeControl*> order = form_.Controls().InOrder();
     const auto count = static_cast<int>(order.size());
     const auto found = std::find(order.begin(), order.end(), from);
     int place = step > 0 ? -1 : 0;

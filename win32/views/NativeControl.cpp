@@ -17,6 +17,10 @@ namespace marlok::win32 {
 
 using forms::Aspect;
 
+bool IsColourMessage(UINT message) {
+    return message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC;
+}
+
 NativeControl::~NativeControl() {
     if (window_ != nullptr && IsWindow(window_) != 0) {
         // What the window says while it is destroyed is of no use any more, and the derived part is gone.

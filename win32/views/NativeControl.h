@@ -20,6 +20,9 @@ struct Site {
     UINT dpi = USER_DEFAULT_SCREEN_DPI;
 };
 
+/// True for the messages of the WM_CTLCOLOR family, in which a control asks its parent for its colours.
+[[nodiscard]] bool IsColourMessage(UINT message);
+
 /// A standard Windows control that shows one control of a form. It exists on the screen from the moment the control is
 /// first shown until this object goes.
 class NativeControl {

@@ -12,8 +12,6 @@
 
 #include "forms/Controls.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/ControlFactory.h"
-#include "win32/views/MessageFont.h"
 #include "win32/views/Twips.h"
 #include "win32/views/WindowText.h"
 #include "win32/views/WorkArea.h"
@@ -26,9 +24,6 @@ namespace {
 
 constexpr const wchar_t* className = L"MarlokWindow";
 constexpr DWORD windowStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
-
-/// Identifiers of controls start beyond those that Windows gives a meaning (1: Enter, 2: Escape).
-constexpr int firstControlId = 1000;
 
 /// The program's icon in its resources.
 constexpr WORD iconId = 1;
@@ -48,33 +43,6 @@ SIZE WorkSize(const RECT& place) {
         return {GetSystemMetrics(SM_CXMAXTRACK), GetSystemMetrics(SM_CYMAXTRACK)};  // the screen was just taken away
     }
     return {screen.rcWork.right - screen.rcWork.left, screen.rcWork.bottom - screen.rcWork.top};
-}
-
-bool IsColourMessage(UINT message) {
-    return message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC;
-}
-
-/// What the controls in a control tell their parent is for the form.
-LRESULT CALLBACK ContainerProcedure(HWND window, UINT message, WPARAM first, LPARAM second, UINT_PTR id,
-                                    DWORD_PTR form) {
-    if (message == WM_COMMAND || message == WM_NOTIFY || IsColourMessage(message)) {
-        return SendMessageW(reinterpret_cast<HWND>(form), message, first, second);
-    }
-    if (message == WM_NCDESTROY) {
-        RemoveWindowSubclass(window, &ContainerProcedure, id);
-    }
-    return DefSubclassProc(window, message, first, second);
-}
-
-/// Makes a control's window fit for holding others. May be called again.
-void MakeContainer(HWND window, HWND form) {
-    const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
-    const LONG_PTR extended = GetWindowLongPtrW(window, GWL_EXSTYLE);
-    SetWindowLongPtrW(window, GWL_STYLE, style | WS_CLIPCHILDREN);
-    SetWindowLongPtrW(window, GWL_EXSTYLE, extended | WS_EX_CONTROLPARENT);
-    if (SetWindowSubclass(window, &ContainerProcedure, 1, reinterpret_cast<DWORD_PTR>(form)) == 0) {
-        throw std::bad_alloc();
-    }
 }
 
 void SetButtonKind(HWND button, LONG_PTR kind) {
@@ -97,9 +65,12 @@ class While {
 }  // namespace
 
 NativeForm::NativeForm(forms::Form& form, NativeLoop& loop)
-    : form_(form), loop_(loop), shownRows_(form.Backdrop()), nextId_(firstControlId) {
+    : form_(form),
+      loop_(loop),
+      controls_(form, [this](NativeLoop::Action action) { Post(std::move(action)); }),
+      shownRows_(form.Backdrop()) {
     CreateHidden();
-    LoadFont();
+    controls_.Adapt(Window(), dpi_);
     CutToScreen();
     MirrorPlace();
     CreateControls();
@@ -167,17 +138,14 @@ void NativeForm::FormChanged() {
 }
 
 void NativeForm::ControlChanged(const forms::Control& control, Aspect aspect) {
-    NativeControl* native = Find(control);
-    if (native == nullptr && control.IsShown()) {
-        native = Make(control);
-    }
-    const bool created = native != nullptr && native->Window() == nullptr && control.IsShown();
-    if (created) {
-        CreateControl(*native);
-    } else if (native != nullptr && native->Window() != nullptr) {
+    NativeControl* native = controls_.Find(control);
+    const NativeControl* created = native == nullptr && control.IsShown() ? controls_.Create(control) : nullptr;
+    if (native != nullptr) {
         MirrorControl(*native, aspect);
+    } else if (created != nullptr && Backdrop::IsGround(*created)) {
+        ShowBackdrop();
     }
-    if (created || aspect == Aspect::visible) {
+    if (created != nullptr || aspect == Aspect::visible) {
         MirrorControlsIn(control, Aspect::visible);
     } else if (aspect == Aspect::place || aspect == Aspect::container) {
         MirrorControlsIn(control, Aspect::place);
@@ -193,10 +161,7 @@ void NativeForm::MirrorControl(NativeControl& native, Aspect aspect) {
         keyboard_.Leave(native);
     }
     if (aspect == Aspect::visible || aspect == Aspect::container) {
-        const Site site = SiteOf(control);
-        if (site.parent != GetParent(native.Window())) {
-            native.MoveInto(site, Above(native, site.parent));
-        }
+        controls_.Rehome(native);
     }
     native.Changed(aspect);
     if (Backdrop::IsGround(native)) {
@@ -214,43 +179,15 @@ void NativeForm::MirrorControlsIn(const forms::Control& around, Aspect aspect) {
 }
 
 void NativeForm::ControlRemoved(const forms::Control& control) {
-    std::erase(withoutWindow_, &control);
-    const auto found = std::find_if(controls_.begin(), controls_.end(),
-                                    [&control](const auto& native) { return &native->Model() == &control; });
-    if (found == controls_.end()) {
-        return;
-    }
-    if (HWND window = (*found)->Window()) {
-        keyboard_.Leave(**found);
-        keyboard_.Forget(**found);
+    if (const NativeControl* native = controls_.Find(control)) {
+        HWND window = native->Window();
+        keyboard_.Leave(*native);
+        keyboard_.Forget(*native);
         backdrop_.Forget();
         lastFocus_ = lastFocus_ == window ? nullptr : lastFocus_;
         enterButton_ = enterButton_ == window ? nullptr : enterButton_;
-        for (const auto& inner : controls_) {
-            if (inner->Window() != nullptr && GetParent(inner->Window()) == window) {
-                SetParent(inner->Window(), Window());  // it would be destroyed with this one behind its owner's back
-            }
-        }
+        controls_.Remove(control);
     }
-    const std::unique_ptr<NativeControl> gone = std::move(*found);
-    controls_.erase(found);  // first: what the window says while it goes must not find it any more
-}
-
-/// The native side of a control of the form that was not shown before; null when its kind has none.
-NativeControl* NativeForm::Make(const forms::Control& control) {
-    const auto& all = form_.Controls();
-    const auto found = std::find(all.begin(), all.end(), &control);
-    const bool known = std::find(withoutWindow_.begin(), withoutWindow_.end(), &control) != withoutWindow_.end();
-    if (found == all.end() || known) {
-        return nullptr;
-    }
-    auto made = MakeNativeControl(**found, [this](NativeLoop::Action action) { Post(std::move(action)); });
-    if (!made) {
-        withoutWindow_.push_back(&control);
-        return nullptr;
-    }
-    controls_.push_back(std::move(made));
-    return controls_.back().get();
 }
 
 void NativeForm::Post(NativeLoop::Action action) {
@@ -261,80 +198,8 @@ void NativeForm::Post(NativeLoop::Action action) {
     });
 }
 
-void NativeForm::CreateControl(NativeControl& control) {
-    const Site site = SiteOf(control.Model());
-    control.Create(site, nextId_++, Above(control, site.parent));
-    if (Backdrop::IsGround(control)) {
-        ShowBackdrop();
-    }
-}
-
-/// The sibling right above a control, null for none. From the top come the controls in the order of the form, so that
-/// one that is shown late still takes its place in it; below them what others lie in, the inner above the outer.
-HWND NativeForm::Above(const NativeControl& control, HWND parent) const {
-    const auto depth = [this](const NativeControl& native) {
-        const auto& all = form_.Controls();
-        const auto place = static_cast<int>(std::find(all.begin(), all.end(), &native.Model()) - all.begin());
-        const auto layer = static_cast<int>(native.Place());
-        return std::pair(layer, native.Place() == NativeControl::Layer::front ? place : -place);
-    };
-    const NativeControl* lowest = nullptr;
-    for (const NativeControl* other : InOrder()) {
-        const bool above = other != &control && depth(*other) < depth(control);
-        if (above && GetParent(other->Window()) == parent && (lowest == nullptr || depth(*lowest) < depth(*other))) {
-            lowest = other;
-        }
-    }
-    return lowest == nullptr ? nullptr : lowest->Window();
-}
-
-/// Of all that a control may lie in, only a picture takes it into its window: frames are drawn behind their controls.
-Site NativeForm::SiteOf(const forms::Control& control) const {
-    for (const forms::Control* around = control.Container(); around != nullptr; around = around->Container()) {
-        const NativeControl* native = Find(*around);
-        const bool picture = dynamic_cast<const forms::PictureBox*>(around) != nullptr;
-        if (picture && native != nullptr && native->Window() != nullptr) {
-            MakeContainer(native->Window(), Window());
-            return {native->Window(), around, font_.Get(), dpi_};
-        }
-    }
-    return {Window(), nullptr, font_.Get(), dpi_};
-}
-
-std::vector<NativeControl*> NativeForm::InOrder() const {
-    std::vector<NativeControl*> order;
-    for (const forms::Control* control : form_.Controls()) {
-        NativeControl* native = Find(*control);
-        if (native != nullptr && native->Window() != nullptr) {
-            order.push_back(native);
-        }
-    }
-    return order;
-}
-
-NativeControl* NativeForm::Find(const forms::Control& control) const {
-    const auto found = std::find_if(controls_.begin(), controls_.end(),
-                                    [&control](const auto& native) { return &native->Model() == &control; });
-    return found == controls_.end() ? nullptr : found->get();
-}
-
-NativeControl* NativeForm::FindByWindow(HWND window) const {
-    const auto found = std::find_if(controls_.begin(), controls_.end(),
-                                    [window](const auto& native) { return native->Window() == window; });
-    return window == nullptr || found == controls_.end() ? nullptr : found->get();
-}
-
-NativeControl* NativeForm::FindAround(HWND window) const {
-    for (HWND at = window; at != nullptr && at != Window(); at = GetParent(at)) {
-        if (NativeControl* found = FindByWindow(at)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
 void NativeForm::Flush() {
-    for (const auto& control : controls_) {
+    for (const auto& control : controls_.All()) {
         if (control->Window() != nullptr) {
             control->Flush();
         }
@@ -362,7 +227,7 @@ void NativeForm::Animate() {
     if (!form_.IsVisible()) {
         return;
     }
-    for (const auto& control : controls_) {
+    for (const auto& control : controls_.All()) {
         if (control->Window() != nullptr && control->Model().IsShown()) {
             control->Animate();
         }
@@ -371,7 +236,7 @@ void NativeForm::Animate() {
 
 std::uint32_t NativeForm::NextFrameIn() const {
     std::uint32_t next = NativeControl::never;
-    for (const auto& control : controls_) {
+    for (const auto& control : controls_.All()) {
         if (form_.IsVisible() && control->Window() != nullptr && control->Model().IsShown()) {
             next = std::min(next, control->NextFrameIn());
         }
@@ -466,22 +331,14 @@ void NativeForm::TakePlace() {
 /// The window came to a screen of another resolution: the same twips are other pixels there.
 void NativeForm::ChangeResolution(UINT dpi, const RECT& suggested) {
     dpi_ = dpi;
-    FontHandle old = std::move(font_);  // in use until the controls have the new one
-    LoadFont();
     {
         const While echo(mirroring_);
         SetWindowPos(Window(), nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
                      suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
     }
-    for (const auto& control : controls_) {
-        control->Adapt(SiteOf(control->Model()));
-    }
+    controls_.Adapt(Window(), dpi_);
     ShowBackdrop();
     TakePlace();
-}
-
-void NativeForm::LoadFont() {
-    font_ = MakeFont({}, dpi_);
 }
 
 void NativeForm::LimitSize(MINMAXINFO& limits) const {
@@ -502,7 +359,7 @@ void NativeForm::LimitSize(MINMAXINFO& limits) const {
 /// Has all controls painted anew that show what lies behind them.
 void NativeForm::ShowBackdrop() {
     backdrop_.Forget();
-    for (const auto& control : controls_) {
+    for (const auto& control : controls_.All()) {
         if (control->Window() != nullptr && control->IsTransparent()) {
             RedrawWindow(control->Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_NOCHILDREN);
         }
@@ -572,7 +429,7 @@ LRESULT NativeForm::Handle(UINT message, WPARAM first, LPARAM second) {
 bool NativeForm::HandlePainting(UINT message, WPARAM first, LPARAM second, LRESULT& answer) {
     auto* const surface = reinterpret_cast<HDC>(first);
     if (IsColourMessage(message)) {
-        NativeControl* control = FindByWindow(reinterpret_cast<HWND>(second));
+        NativeControl* control = controls_.FindByWindow(reinterpret_cast<HWND>(second));
         answer = control == nullptr ? 0 : reinterpret_cast<LRESULT>(backdrop_.Colours(*control, surface));
         return answer != 0;
     }
@@ -586,12 +443,12 @@ bool NativeForm::HandlePainting(UINT message, WPARAM first, LPARAM second, LRESU
             return true;
         case WM_DRAWITEM: {
             const auto& line = *reinterpret_cast<const DRAWITEMSTRUCT*>(second);
-            NativeControl* control = FindByWindow(line.hwndItem);
+            NativeControl* control = controls_.FindByWindow(line.hwndItem);
             answer = TRUE;
             return control != nullptr && control->DrawLine(line);
         }
         case WM_SYSCOLORCHANGE:
-            for (const auto& control : controls_) {
+            for (const auto& control : controls_.All()) {
                 SendMessageW(control->Window(), message, first, second);  // the system tells only the topmost windows
             }
             [[fallthrough]];
@@ -605,19 +462,19 @@ bool NativeForm::HandlePainting(UINT message, WPARAM first, LPARAM second, LRESU
 }
 
 void NativeForm::OnCommand(WPARAM first, LPARAM second) {
-    if (NativeControl* control = FindByWindow(reinterpret_cast<HWND>(second))) {
+    if (NativeControl* control = controls_.FindByWindow(reinterpret_cast<HWND>(second))) {
         control->Notified(HIWORD(first));
     }
 }
 
 LRESULT NativeForm::OnNotify(const NMHDR& notice) {
-    NativeControl* control = FindByWindow(notice.hwndFrom);
+    NativeControl* control = controls_.FindByWindow(notice.hwndFrom);
     return control == nullptr ? 0 : control->Told(notice);
 }
 
 void NativeForm::OnDeviceChange(WPARAM first) {
     if (first == DBT_DEVICEARRIVAL || first == DBT_DEVICEREMOVECOMPLETE) {
-        for (const auto& control : controls_) {
+        for (const auto& control : controls_.All()) {
             control->PostDevicesChanged();
         }
     }

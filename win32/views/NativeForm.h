@@ -10,6 +10,7 @@
 #include "forms/Form.h"
 #include "win32/machine/Handles.h"
 #include "win32/views/Backdrop.h"
+#include "win32/views/FormControls.h"
 #include "win32/views/Keyboard.h"
 #include "win32/views/NativeControl.h"
 #include "win32/views/NativeLoop.h"
@@ -50,14 +51,7 @@ class NativeForm : public forms::View {
     [[nodiscard]] HWND Window() const { return window_.Get(); }
     [[nodiscard]] forms::Form& Model() const { return form_; }
 
-    /// The controls that have a window, in the order of the form.
-    [[nodiscard]] std::vector<NativeControl*> InOrder() const;
-
-    /// The native side of a control; null when it was never shown.
-    [[nodiscard]] NativeControl* Find(const forms::Control& control) const;
-
-    /// The control whose window `window` is or lies in, the innermost one; null when there is none.
-    [[nodiscard]] NativeControl* FindAround(HWND window) const;
+    [[nodiscard]] const FormControls& Controls() const { return controls_; }
 
  private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM first, LPARAM second);
@@ -67,13 +61,8 @@ class NativeForm : public forms::View {
     [[nodiscard]] bool HandlePainting(UINT message, WPARAM first, LPARAM second, LRESULT& answer);
     void CreateHidden();
     void CreateControls();
-    void CreateControl(NativeControl& control);
-    [[nodiscard]] NativeControl* Make(const forms::Control& control);
     void MirrorControl(NativeControl& native, forms::Aspect aspect);
     void MirrorControlsIn(const forms::Control& around, forms::Aspect aspect);
-    [[nodiscard]] HWND Above(const NativeControl& control, HWND parent) const;
-    [[nodiscard]] Site SiteOf(const forms::Control& control) const;
-    [[nodiscard]] NativeControl* FindByWindow(HWND window) const;
     [[nodiscard]] RECT OuterPlace() const;
 
     void MirrorPlace();
@@ -84,7 +73,6 @@ class NativeForm : public forms::View {
     void TakePlace();
     void ChangeResolution(UINT dpi, const RECT& suggested);
     void LimitSize(MINMAXINFO& limits) const;
-    void LoadFont();
     void OnCommand(WPARAM first, LPARAM second);
     [[nodiscard]] LRESULT OnNotify(const NMHDR& notice);
     void OnClose();
@@ -95,18 +83,15 @@ class NativeForm : public forms::View {
 
     forms::Form& form_;
     NativeLoop& loop_;
-    FontHandle font_;
-    WindowHandle window_;  ///< behind the font: gone before it
+    WindowHandle window_;
+    FormControls controls_;
     UINT dpi_ = USER_DEFAULT_SCREEN_DPI;
     Keyboard keyboard_{*this};
     Backdrop backdrop_{*this};
     std::vector<forms::Colour> shownRows_;  ///< the rows that the window was last painted with
-    std::vector<std::unique_ptr<NativeControl>> controls_;
-    int nextId_;
-    std::vector<const forms::Control*> withoutWindow_;  ///< kinds of controls that have no native side
-    HWND lastFocus_ = nullptr;                          ///< where the keyboard was when another window became active
-    HWND enterButton_ = nullptr;                        ///< drawn as the one that Enter presses
-    bool mirroring_ = false;  ///< place or size is being set: what the window reports is an echo
+    HWND lastFocus_ = nullptr;              ///< where the keyboard was when another window became active
+    HWND enterButton_ = nullptr;            ///< drawn as the one that Enter presses
+    bool mirroring_ = false;                ///< place or size is being set: what the window reports is an echo
 };
 
 }  // namespace marlok::win32
