@@ -6,7 +6,6 @@
 #include <dbt.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <system_error>
 #include <utility>
 
@@ -14,7 +13,6 @@
 #include "win32/machine/Wide.h"
 #include "win32/views/Twips.h"
 #include "win32/views/WindowText.h"
-#include "win32/views/WorkArea.h"
 
 namespace marlok::win32 {
 
@@ -23,8 +21,6 @@ using forms::Aspect;
 namespace {
 
 constexpr const wchar_t* className = L"MarlokWindow";
-constexpr DWORD windowStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
-
 /// The program's icon in its resources.
 constexpr WORD iconId = 1;
 
@@ -35,44 +31,23 @@ HICON ProgramIcon(int widthMetric, int heightMetric) {
     return icon != nullptr ? icon : LoadIconW(nullptr, IDI_APPLICATION);
 }
 
-/// Size of the area of a screen that programs may use: of the screen that `place` is on or next to.
-SIZE WorkSize(const RECT& place) {
-    MONITORINFO screen{};
-    screen.cbSize = sizeof screen;
-    if (GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &screen) == 0) {
-        return {GetSystemMetrics(SM_CXMAXTRACK), GetSystemMetrics(SM_CYMAXTRACK)};  // the screen was just taken away
-    }
-    return {screen.rcWork.right - screen.rcWork.left, screen.rcWork.bottom - screen.rcWork.top};
-}
-
 void SetButtonKind(HWND button, LONG_PTR kind) {
     const LONG_PTR others = GetWindowLongPtrW(button, GWL_STYLE) & 0xFFFF & ~LONG_PTR{BS_TYPEMASK};
     SendMessageW(button, BM_SETSTYLE, static_cast<WPARAM>(others | kind), TRUE);
 }
-
-/// Sets a flag for as long as it lives.
-class While {
- public:
-    explicit While(bool& flag) : flag_(flag) { flag_ = true; }
-    While(const While&) = delete;
-    While& operator=(const While&) = delete;
-    ~While() { flag_ = false; }
-
- private:
-    bool& flag_;
-};
 
 }  // namespace
 
 NativeForm::NativeForm(forms::Form& form, NativeLoop& loop)
     : form_(form),
       loop_(loop),
+      window_(CreateHidden(form)),
+      place_(form, Window(), loop),
       controls_(form, [this](NativeLoop::Action action) { Post(std::move(action)); }),
       shownRows_(form.Backdrop()) {
-    CreateHidden();
-    controls_.Adapt(Window(), dpi_);
-    CutToScreen();
-    MirrorPlace();
+    controls_.Adapt(Window(), place_.Dpi());
+    place_.CutToScreen();
+    place_.Mirror();
     CreateControls();
     // From here on nothing throws, and the window may call: until now it belonged to the system alone.
     SetWindowLongPtrW(Window(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
@@ -101,16 +76,16 @@ const wchar_t* NativeForm::WindowClass() {
     return registered != 0 ? className : L"";  // creating a window of class "" fails with a code of its own
 }
 
-void NativeForm::CreateHidden() {
+WindowHandle NativeForm::CreateHidden(const forms::Form& form) {
     const UINT dpi = GetDpiForSystem();
-    window_.Reset(CreateWindowExW(0, WindowClass(), ToWide(form_.Caption()).c_str(), windowStyle,
-                                  ToPixels(form_.Left(), dpi), ToPixels(form_.Top(), dpi), 0, 0, nullptr, nullptr,
-                                  GetModuleHandleW(nullptr), nullptr));
-    if (!window_.IsValid()) {
+    WindowHandle window(CreateWindowExW(0, WindowClass(), ToWide(form.Caption()).c_str(), formStyle,
+                                        ToPixels(form.Left(), dpi), ToPixels(form.Top(), dpi), 0, 0, nullptr, nullptr,
+                                        GetModuleHandleW(nullptr), nullptr));
+    if (!window.IsValid()) {
         throw std::system_error(static_cast<int>(LastError()), std::system_category(),
-                                "window " + form_.Name() + " cannot be shown");
+                                "window " + form.Name() + " cannot be shown");
     }
-    dpi_ = GetDpiForWindow(Window());
+    return window;
 }
 
 void NativeForm::CreateControls() {
@@ -131,9 +106,7 @@ void NativeForm::FormChanged() {
         ShowBackdrop();
         InvalidateRect(Window(), nullptr, TRUE);
     }
-    if (!mirroring_) {
-        MirrorPlace();
-    }
+    place_.Mirror();
     MirrorVisible();
 }
 
@@ -249,48 +222,6 @@ void NativeForm::Refresh() {
     RedrawWindow(Window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
-RECT NativeForm::OuterPlace() const {
-    const UINT systemDpi = GetDpiForSystem();
-    RECT place{};
-    place.right = ToPixels(form_.Width(), dpi_);
-    place.bottom = ToPixels(form_.Height(), dpi_);
-    AdjustWindowRectExForDpi(&place, windowStyle, FALSE, 0, dpi_);
-    OffsetRect(&place, ToPixels(form_.Left(), systemDpi) - place.left, ToPixels(form_.Top(), systemDpi) - place.top);
-    return place;
-}
-
-void NativeForm::MirrorPlace() {
-    const RECT wanted = OuterPlace();
-    RECT shown{};
-    GetWindowRect(Window(), &shown);
-    if (EqualRect(&wanted, &shown) != 0) {
-        return;
-    }
-    {
-        const While echo(mirroring_);
-        SetWindowPos(Window(), nullptr, wanted.left, wanted.top, wanted.right - wanted.left, wanted.bottom - wanted.top,
-                     SWP_NOZORDER | SWP_NOACTIVATE);
-    }
-    TakePlace();  // the system may have cut what is larger than the screen
-}
-
-/// The form keeps its corner if what is left of it is on the screen then.
-void NativeForm::CutToScreen() {
-    const RECT wanted = OuterPlace();
-    const SIZE work = WorkSize(wanted);
-    const LONG width = std::min(wanted.right - wanted.left, work.cx);
-    const LONG height = std::min(wanted.bottom - wanted.top, work.cy);
-    if (width == wanted.right - wanted.left && height == wanted.bottom - wanted.top) {
-        return;
-    }
-    const RECT place = MovedOntoWorkArea({wanted.left, wanted.top, wanted.left + width, wanted.top + height});
-    {
-        const While echo(mirroring_);
-        SetWindowPos(Window(), nullptr, place.left, place.top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
-    }
-    TakePlace();
-}
-
 void NativeForm::MirrorVisible() {
     const bool shown = (GetWindowLongPtrW(Window(), GWL_STYLE) & WS_VISIBLE) != 0;
     if (shown != form_.IsVisible()) {
@@ -299,61 +230,11 @@ void NativeForm::MirrorVisible() {
     }
 }
 
-/// Tells the form where its window is and how large, when that is news.
-void NativeForm::TakePlace() {
-    if (mirroring_ || IsIconic(Window()) != 0) {
-        return;
-    }
-    const RECT wanted = OuterPlace();
-    RECT outer{};
-    GetWindowRect(Window(), &outer);
-    const bool moved = outer.left != wanted.left || outer.top != wanted.top;
-    RECT inner{};
-    GetClientRect(Window(), &inner);
-    const bool sized = inner.right != ToPixels(form_.Width(), dpi_) || inner.bottom != ToPixels(form_.Height(), dpi_);
-    if (!moved && !sized) {
-        return;
-    }
-    const UINT systemDpi = GetDpiForSystem();
-    const While echo(mirroring_);
-    form_.Place(moved ? ToTwips(outer.left, systemDpi) : form_.Left(),
-                moved ? ToTwips(outer.top, systemDpi) : form_.Top(), sized ? ToTwips(inner.right, dpi_) : form_.Width(),
-                sized ? ToTwips(inner.bottom, dpi_) : form_.Height());
-    if (sized) {
-        try {
-            form_.Form_Resize();
-        } catch (...) {
-            loop_.Keep(std::current_exception());
-        }
-    }
-}
-
-/// The window came to a screen of another resolution: the same twips are other pixels there.
 void NativeForm::ChangeResolution(UINT dpi, const RECT& suggested) {
-    dpi_ = dpi;
-    {
-        const While echo(mirroring_);
-        SetWindowPos(Window(), nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
-                     suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
-    }
-    controls_.Adapt(Window(), dpi_);
+    place_.ChangeResolution(dpi, suggested);
+    controls_.Adapt(Window(), dpi);
     ShowBackdrop();
-    TakePlace();
-}
-
-void NativeForm::LimitSize(MINMAXINFO& limits) const {
-    RECT least{0, 0, ToPixels(form_.LeastWidth(), dpi_), ToPixels(form_.LeastHeight(), dpi_)};
-    AdjustWindowRectExForDpi(&least, windowStyle, FALSE, 0, dpi_);
-    RECT place{};
-    GetWindowRect(Window(), &place);
-    const SIZE work = WorkSize(place);
-    POINT& limit = limits.ptMinTrackSize;
-    if (form_.LeastWidth() > 0) {
-        limit.x = std::max(limit.x, std::min(least.right - least.left, work.cx));
-    }
-    if (form_.LeastHeight() > 0) {
-        limit.y = std::max(limit.y, std::min(least.bottom - least.top, work.cy));
-    }
+    place_.Take();
 }
 
 /// Has all controls painted anew that show what lies behind them.
@@ -391,13 +272,13 @@ LRESULT NativeForm::Handle(UINT message, WPARAM first, LPARAM second) {
             }
             [[fallthrough]];
         case WM_MOVE:
-            TakePlace();
+            place_.Take();
             return 0;
         case WM_DPICHANGED:
             ChangeResolution(HIWORD(first), *reinterpret_cast<const RECT*>(second));
             return 0;
         case WM_GETMINMAXINFO:
-            LimitSize(*reinterpret_cast<MINMAXINFO*>(second));
+            place_.LimitSize(*reinterpret_cast<MINMAXINFO*>(second));
             return 0;
         case WM_DEVICECHANGE:
             OnDeviceChange(first);

@@ -11,14 +11,14 @@
 #include "win32/machine/Handles.h"
 #include "win32/views/Backdrop.h"
 #include "win32/views/FormControls.h"
+#include "win32/views/FormPlace.h"
 #include "win32/views/Keyboard.h"
 #include "win32/views/NativeControl.h"
 #include "win32/views/NativeLoop.h"
 
 namespace marlok::win32 {
 
-/// The window on the screen that shows a form. The form's place is that of the window's upper left corner, its size
-/// that of the area inside the frame, where the controls lie.
+/// The window on the screen that shows a form.
 class NativeForm : public forms::View {
  public:
     /// Creates the window, hidden. `form` and `loop` outlive it. A form that is larger than the screen is cut to it.
@@ -59,20 +59,15 @@ class NativeForm : public forms::View {
 
     LRESULT Handle(UINT message, WPARAM first, LPARAM second);
     [[nodiscard]] bool HandlePainting(UINT message, WPARAM first, LPARAM second, LRESULT& answer);
-    void CreateHidden();
+    [[nodiscard]] static WindowHandle CreateHidden(const forms::Form& form);
     void CreateControls();
     void MirrorControl(NativeControl& native, forms::Aspect aspect);
     void MirrorControlsIn(const forms::Control& around, forms::Aspect aspect);
-    [[nodiscard]] RECT OuterPlace() const;
 
-    void MirrorPlace();
-    void CutToScreen();
     void MirrorVisible();
     void MirrorEnterButton();
     void ShowBackdrop();
-    void TakePlace();
     void ChangeResolution(UINT dpi, const RECT& suggested);
-    void LimitSize(MINMAXINFO& limits) const;
     void OnCommand(WPARAM first, LPARAM second);
     [[nodiscard]] LRESULT OnNotify(const NMHDR& notice);
     void OnClose();
@@ -84,14 +79,13 @@ class NativeForm : public forms::View {
     forms::Form& form_;
     NativeLoop& loop_;
     WindowHandle window_;
+    FormPlace place_;
     FormControls controls_;
-    UINT dpi_ = USER_DEFAULT_SCREEN_DPI;
     Keyboard keyboard_{*this};
     Backdrop backdrop_{*this};
     std::vector<forms::Colour> shownRows_;  ///< the rows that the window was last painted with
     HWND lastFocus_ = nullptr;              ///< where the keyboard was when another window became active
     HWND enterButton_ = nullptr;            ///< drawn as the one that Enter presses
-    bool mirroring_ = false;                ///< place or size is being set: what the window reports is an echo
 };
 
 }  // namespace marlok::win32
