@@ -151,7 +151,7 @@ void NativeControl::PostWhileAlive(std::function<void()> action) const {
 
 void NativeControl::PostAction(std::function<void()> action) const {
     PostWhileAlive([this, run = std::move(action)] {
-        if (model_.IsShown() && model_.Enabled) {
+        if (IsUsable()) {
             run();
         }
     });

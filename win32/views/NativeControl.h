@@ -44,6 +44,14 @@ class NativeControl {
     /// Null until the control was shown once.
     [[nodiscard]] HWND Window() const { return window_; }
 
+    /// True when the user can see the control and work with it.
+    [[nodiscard]] bool IsUsable() const { return window_ != nullptr && model_.IsShown() && model_.Enabled; }
+
+    /// True when the keyboard can come to the control now.
+    [[nodiscard]] bool TakesKeyboard() const {
+        return IsUsable() && (GetWindowLongPtrW(window_, GWL_STYLE) & WS_TABSTOP) != 0;
+    }
+
     /// Creates the window with the identifier `id`, below its sibling `above` (null: on top of them all), and mirrors
     /// the whole state.
     /// @throws std::system_error when the system cannot make one.

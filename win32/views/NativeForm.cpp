@@ -9,7 +9,7 @@
 #include <system_error>
 #include <utility>
 
-#include "forms/Controls.h"
+#include "forms/TabControl.h"
 #include "win32/machine/Wide.h"
 #include "win32/views/Twips.h"
 #include "win32/views/WindowText.h"
@@ -31,11 +31,6 @@ HICON ProgramIcon(int widthMetric, int heightMetric) {
     return icon != nullptr ? icon : LoadIconW(nullptr, IDI_APPLICATION);
 }
 
-void SetButtonKind(HWND button, LONG_PTR kind) {
-    const LONG_PTR others = GetWindowLongPtrW(button, GWL_STYLE) & 0xFFFF & ~LONG_PTR{BS_TYPEMASK};
-    SendMessageW(button, BM_SETSTYLE, static_cast<WPARAM>(others | kind), TRUE);
-}
-
 }  // namespace
 
 NativeForm::NativeForm(forms::Form& form, NativeLoop& loop)
@@ -43,8 +38,10 @@ NativeForm::NativeForm(forms::Form& form, NativeLoop& loop)
       loop_(loop),
       window_(CreateHidden(form)),
       place_(form, Window(), loop),
-      controls_(form, [this](NativeLoop::Action action) { Post(std::move(action)); }),
-      shownRows_(form.Backdrop()) {
+      controls_(form, Poster()),
+      focus_(Window(), controls_),
+      keyboard_(form, Window(), controls_, focus_, Poster()),
+      backdrop_(form, Window(), controls_) {
     controls_.Adapt(Window(), place_.Dpi());
     place_.CutToScreen();
     place_.Mirror();
@@ -101,11 +98,7 @@ void NativeForm::FormChanged() {
     if (WindowText(Window()) != caption) {
         SetWindowTextW(Window(), caption.c_str());
     }
-    if (shownRows_ != form_.Backdrop()) {
-        shownRows_ = form_.Backdrop();
-        ShowBackdrop();
-        InvalidateRect(Window(), nullptr, TRUE);
-    }
+    backdrop_.MirrorRows();
     place_.Mirror();
     MirrorVisible();
 }
@@ -116,7 +109,7 @@ void NativeForm::ControlChanged(const forms::Control& control, Aspect aspect) {
     if (native != nullptr) {
         MirrorControl(*native, aspect);
     } else if (created != nullptr && Backdrop::IsGround(*created)) {
-        ShowBackdrop();
+        backdrop_.Changed();
     }
     if (created != nullptr || aspect == Aspect::visible) {
         MirrorControlsIn(control, Aspect::visible);
@@ -128,17 +121,17 @@ void NativeForm::ControlChanged(const forms::Control& control, Aspect aspect) {
 void NativeForm::MirrorControl(NativeControl& native, Aspect aspect) {
     const forms::Control& control = native.Model();
     if (native.Place() == NativeControl::Layer::tabs && aspect == Aspect::selection) {
-        keyboard_.LeavePage(native);
+        focus_.LeavePage(native);
     }
     if (!control.IsShown() || !control.Enabled) {
-        keyboard_.Leave(native);
+        focus_.Leave(native);
     }
     if (aspect == Aspect::visible || aspect == Aspect::container) {
         controls_.Rehome(native);
     }
     native.Changed(aspect);
     if (Backdrop::IsGround(native)) {
-        ShowBackdrop();
+        backdrop_.Changed();
     }
 }
 
@@ -153,22 +146,23 @@ void NativeForm::MirrorControlsIn(const forms::Control& around, Aspect aspect) {
 
 void NativeForm::ControlRemoved(const forms::Control& control) {
     if (const NativeControl* native = controls_.Find(control)) {
-        HWND window = native->Window();
-        keyboard_.Leave(*native);
+        focus_.Leave(*native);
+        focus_.Forget(*native);
         keyboard_.Forget(*native);
         backdrop_.Forget();
-        lastFocus_ = lastFocus_ == window ? nullptr : lastFocus_;
-        enterButton_ = enterButton_ == window ? nullptr : enterButton_;
         controls_.Remove(control);
     }
 }
 
-void NativeForm::Post(NativeLoop::Action action) {
-    loop_.Post(*this, [this, run = std::move(action)] {
-        if (form_.IsVisible()) {  // it may have been hidden or unloaded by an action before this one
-            run();
-        }
-    });
+/// Has actions of the user run later, if the form can still be seen then.
+NativeControl::Post NativeForm::Poster() {
+    return [this](NativeLoop::Action action) {
+        loop_.Post(*this, [this, run = std::move(action)] {
+            if (form_.IsVisible()) {  // it may have been hidden or unloaded by an action before this one
+                run();
+            }
+        });
+    };
 }
 
 void NativeForm::Flush() {
@@ -177,23 +171,8 @@ void NativeForm::Flush() {
             control->Flush();
         }
     }
-    keyboard_.Settle();
-    MirrorEnterButton();
-}
-
-void NativeForm::MirrorEnterButton() {
-    const NativeControl* button = keyboard_.EnterButton(GetFocus());
-    HWND wanted = button == nullptr ? nullptr : button->Window();
-    if (wanted == enterButton_) {
-        return;
-    }
-    if (enterButton_ != nullptr) {
-        SetButtonKind(enterButton_, BS_PUSHBUTTON);
-    }
-    if (wanted != nullptr) {
-        SetButtonKind(wanted, BS_DEFPUSHBUTTON);
-    }
-    enterButton_ = wanted;
+    focus_.Settle();
+    keyboard_.ShowEnterButton();
 }
 
 void NativeForm::Animate() {
@@ -233,18 +212,8 @@ void NativeForm::MirrorVisible() {
 void NativeForm::ChangeResolution(UINT dpi, const RECT& suggested) {
     place_.ChangeResolution(dpi, suggested);
     controls_.Adapt(Window(), dpi);
-    ShowBackdrop();
+    backdrop_.Changed();
     place_.Take();
-}
-
-/// Has all controls painted anew that show what lies behind them.
-void NativeForm::ShowBackdrop() {
-    backdrop_.Forget();
-    for (const auto& control : controls_.All()) {
-        if (control->Window() != nullptr && control->IsTransparent()) {
-            RedrawWindow(control->Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_NOCHILDREN);
-        }
-    }
 }
 
 LRESULT CALLBACK NativeForm::Procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
@@ -266,10 +235,7 @@ LRESULT NativeForm::Handle(UINT message, WPARAM first, LPARAM second) {
         case WM_NOTIFY:
             return OnNotify(*reinterpret_cast<const NMHDR*>(second));
         case WM_SIZE:
-            if (!form_.Backdrop().empty()) {
-                ShowBackdrop();  // every row is at another height
-                InvalidateRect(Window(), nullptr, TRUE);
-            }
+            backdrop_.Resized();
             [[fallthrough]];
         case WM_MOVE:
             place_.Take();
@@ -287,7 +253,7 @@ LRESULT NativeForm::Handle(UINT message, WPARAM first, LPARAM second) {
             OnActivate(first);
             return 0;
         case WM_SETFOCUS:
-            OnFocus();
+            focus_.Restore();
             return 0;
         case WM_SETCURSOR:
             if (loop_.Hourglass()) {
@@ -296,7 +262,7 @@ LRESULT NativeForm::Handle(UINT message, WPARAM first, LPARAM second) {
             }
             break;
         case DM_GETDEFID:
-            return EnterButtonId();
+            return keyboard_.EnterButtonId();
         default:
             break;
     }
@@ -334,8 +300,7 @@ bool NativeForm::HandlePainting(UINT message, WPARAM first, LPARAM second, LRESU
             }
             [[fallthrough]];
         case WM_THEMECHANGED:
-            ShowBackdrop();
-            InvalidateRect(Window(), nullptr, TRUE);
+            backdrop_.ChangedWhole();
             return false;
         default:
             return false;
@@ -367,27 +332,10 @@ void NativeForm::OnClose() {
 
 void NativeForm::OnActivate(WPARAM first) {
     if (LOWORD(first) == WA_INACTIVE) {
-        HWND focus = GetFocus();
-        lastFocus_ = focus != nullptr && IsChild(Window(), focus) != 0 ? focus : nullptr;
+        focus_.Keep();
     } else if (HIWORD(first) == 0) {  // not minimised
         SetFocus(Window());           // and from there to a control
     }
-}
-
-void NativeForm::OnFocus() {
-    HWND wanted = lastFocus_;
-    if (wanted == nullptr || IsWindowVisible(wanted) == 0 || IsWindowEnabled(wanted) == 0) {
-        const NativeControl* first = keyboard_.First();
-        wanted = first == nullptr ? nullptr : first->Window();
-    }
-    if (wanted != nullptr) {
-        SetFocus(wanted);
-    }
-}
-
-LRESULT NativeForm::EnterButtonId() const {
-    const NativeControl* button = keyboard_.EnterButton(GetFocus());
-    return button == nullptr ? 0 : MAKELRESULT(GetDlgCtrlID(button->Window()), DC_HASDEFID);
 }
 
 }  // namespace marlok::win32

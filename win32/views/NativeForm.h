@@ -10,6 +10,7 @@
 #include "forms/Form.h"
 #include "win32/machine/Handles.h"
 #include "win32/views/Backdrop.h"
+#include "win32/views/Focus.h"
 #include "win32/views/FormControls.h"
 #include "win32/views/FormPlace.h"
 #include "win32/views/Keyboard.h"
@@ -45,13 +46,7 @@ class NativeForm : public forms::View {
     /// Acts on a message of the keyboard before one of the form's windows gets it. False when it goes its usual way.
     [[nodiscard]] bool TakesKey(const MSG& message) { return keyboard_.Handle(message); }
 
-    /// Has an action of the user run later, if the form can still be seen then.
-    void Post(NativeLoop::Action action);
-
     [[nodiscard]] HWND Window() const { return window_.Get(); }
-    [[nodiscard]] forms::Form& Model() const { return form_; }
-
-    [[nodiscard]] const FormControls& Controls() const { return controls_; }
 
  private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM first, LPARAM second);
@@ -61,31 +56,26 @@ class NativeForm : public forms::View {
     [[nodiscard]] bool HandlePainting(UINT message, WPARAM first, LPARAM second, LRESULT& answer);
     [[nodiscard]] static WindowHandle CreateHidden(const forms::Form& form);
     void CreateControls();
+    [[nodiscard]] NativeControl::Post Poster();
     void MirrorControl(NativeControl& native, forms::Aspect aspect);
     void MirrorControlsIn(const forms::Control& around, forms::Aspect aspect);
 
     void MirrorVisible();
-    void MirrorEnterButton();
-    void ShowBackdrop();
     void ChangeResolution(UINT dpi, const RECT& suggested);
     void OnCommand(WPARAM first, LPARAM second);
     [[nodiscard]] LRESULT OnNotify(const NMHDR& notice);
     void OnClose();
     void OnActivate(WPARAM first);
-    void OnFocus();
     void OnDeviceChange(WPARAM first);
-    [[nodiscard]] LRESULT EnterButtonId() const;
 
     forms::Form& form_;
     NativeLoop& loop_;
     WindowHandle window_;
     FormPlace place_;
     FormControls controls_;
-    Keyboard keyboard_{*this};
-    Backdrop backdrop_{*this};
-    std::vector<forms::Colour> shownRows_;  ///< the rows that the window was last painted with
-    HWND lastFocus_ = nullptr;              ///< where the keyboard was when another window became active
-    HWND enterButton_ = nullptr;            ///< drawn as the one that Enter presses
+    Focus focus_;
+    Keyboard keyboard_;
+    Backdrop backdrop_;
 };
 
 }  // namespace marlok::win32
