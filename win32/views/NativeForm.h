@@ -3,15 +3,13 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "forms/Form.h"
 #include "win32/machine/Handles.h"
 #include "win32/views/Backdrop.h"
 #include "win32/views/Focus.h"
 #include "win32/views/FormControls.h"
+#include "win32/views/FormMessages.h"
 #include "win32/views/FormPlace.h"
 #include "win32/views/Keyboard.h"
 #include "win32/views/NativeControl.h"
@@ -49,24 +47,12 @@ class NativeForm : public forms::View {
     [[nodiscard]] HWND Window() const { return window_.Get(); }
 
  private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM first, LPARAM second);
-    [[nodiscard]] static const wchar_t* WindowClass();
-
-    LRESULT Handle(UINT message, WPARAM first, LPARAM second);
-    [[nodiscard]] bool HandlePainting(UINT message, WPARAM first, LPARAM second, LRESULT& answer);
     [[nodiscard]] static WindowHandle CreateHidden(const forms::Form& form);
     void CreateControls();
     [[nodiscard]] NativeControl::Post Poster();
     void MirrorControl(NativeControl& native, forms::Aspect aspect);
     void MirrorControlsIn(const forms::Control& around, forms::Aspect aspect);
-
     void MirrorVisible();
-    void ChangeResolution(UINT dpi, const RECT& suggested);
-    void OnCommand(WPARAM first, LPARAM second);
-    [[nodiscard]] LRESULT OnNotify(const NMHDR& notice);
-    void OnClose();
-    void OnActivate(WPARAM first);
-    void OnDeviceChange(WPARAM first);
 
     forms::Form& form_;
     NativeLoop& loop_;
@@ -76,6 +62,7 @@ class NativeForm : public forms::View {
     Focus focus_;
     Keyboard keyboard_;
     Backdrop backdrop_;
+    FormMessages messages_;  ///< behind all that they go to: ended before any of it is destroyed
 };
 
 }  // namespace marlok::win32
