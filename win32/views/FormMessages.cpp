@@ -4,6 +4,8 @@
 // Behind windows.h, whose types it uses.
 #include <dbt.h>
 
+#include "win32/views/NativeLoop.h"
+
 namespace marlok::win32 {
 
 namespace {

@@ -11,9 +11,10 @@
 #include "win32/views/FormControls.h"
 #include "win32/views/FormPlace.h"
 #include "win32/views/Keyboard.h"
-#include "win32/views/NativeLoop.h"
 
 namespace marlok::win32 {
+
+class NativeLoop;
 
 /// What the system says to a form's window: takes each message to the part of the window that it concerns.
 class FormMessages {

@@ -1,7 +1,7 @@
 #include "win32/views/FormPlace.h"
 
 #include <algorithm>
-#include <exception>
+#include <utility>
 
 #include "win32/views/Twips.h"
 #include "win32/views/WorkArea.h"
@@ -24,8 +24,8 @@ class While {
 
 }  // namespace
 
-FormPlace::FormPlace(forms::Form& form, HWND window, NativeLoop& loop)
-    : form_(form), window_(window), loop_(loop), dpi_(GetDpiForWindow(window)) {}
+FormPlace::FormPlace(forms::Form& form, HWND window, std::function<void()> layOut)
+    : form_(form), window_(window), layOut_(std::move(layOut)), dpi_(GetDpiForWindow(window)) {}
 
 void FormPlace::CutToScreen() {
     const RECT wanted = Outer();
@@ -73,16 +73,7 @@ void FormPlace::Take() {
                 moved ? ToTwips(outer.top, systemDpi) : form_.Top(), sized ? ToTwips(inner.right, dpi_) : form_.Width(),
                 sized ? ToTwips(inner.bottom, dpi_) : form_.Height());
     if (sized) {
-        LayOut();
-    }
-}
-
-/// Inside a window procedure nothing may be thrown.
-void FormPlace::LayOut() {
-    try {
-        form_.Form_Resize();
-    } catch (...) {
-        loop_.Keep(std::current_exception());
+        layOut_();
     }
 }
 

@@ -2,8 +2,9 @@
 
 #include <windows.h>
 
+#include <functional>
+
 #include "forms/Form.h"
-#include "win32/views/NativeLoop.h"
 
 namespace marlok::win32 {
 
@@ -15,8 +16,9 @@ inline constexpr DWORD formStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 /// the window is on.
 class FormPlace {
  public:
-    /// All three outlive this object. What the form throws when it lays itself out goes to `loop`.
-    FormPlace(forms::Form& form, HWND window, NativeLoop& loop);
+    /// `form` outlives this object. `layOut` is called when the form has got another size, possibly inside a window
+    /// procedure: it throws nothing.
+    FormPlace(forms::Form& form, HWND window, std::function<void()> layOut);
 
     [[nodiscard]] UINT Dpi() const { return dpi_; }
 
@@ -27,8 +29,7 @@ class FormPlace {
     /// Brings the window to the form's place. Does nothing while the form is taking the window's.
     void Mirror();
 
-    /// Gives the form the place and size of its window, when they are others than it knows. A form of another size is
-    /// laid out anew.
+    /// Gives the form the place and size of its window, when they are others than it knows.
     void Take();
 
     /// The window came to a screen of another resolution: the same twips are other pixels there. `suggested` is where
@@ -41,11 +42,10 @@ class FormPlace {
  private:
     [[nodiscard]] RECT Outer() const;
     void Set(const RECT& place);
-    void LayOut();
 
     forms::Form& form_;
     HWND window_;
-    NativeLoop& loop_;
+    std::function<void()> layOut_;
     UINT dpi_;
     bool mirroring_ = false;  ///< place or size is being set: what the window reports is an echo
 };

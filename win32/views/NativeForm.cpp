@@ -1,6 +1,7 @@
 #include "win32/views/NativeForm.h"
 
 #include <algorithm>
+#include <exception>
 #include <system_error>
 #include <utility>
 
@@ -17,7 +18,7 @@ NativeForm::NativeForm(forms::Form& form, NativeLoop& loop)
     : form_(form),
       loop_(loop),
       window_(CreateHidden(form)),
-      place_(form, Window(), loop),
+      place_(form, Window(), [this] { LayOut(); }),
       controls_(form, Poster()),
       focus_(Window(), controls_),
       keyboard_(form, Window(), controls_, focus_, Poster()),
@@ -126,6 +127,15 @@ NativeControl::Post NativeForm::Poster() {
             }
         });
     };
+}
+
+/// Often runs inside a window procedure, where nothing may be thrown.
+void NativeForm::LayOut() {
+    try {
+        form_.Form_Resize();
+    } catch (...) {
+        loop_.Keep(std::current_exception());
+    }
 }
 
 void NativeForm::Flush() {

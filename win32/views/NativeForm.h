@@ -50,6 +50,7 @@ class NativeForm : public forms::View {
     [[nodiscard]] static WindowHandle CreateHidden(const forms::Form& form);
     void CreateControls();
     [[nodiscard]] NativeControl::Post Poster();
+    void LayOut();
     void MirrorControl(NativeControl& native, forms::Aspect aspect);
     void MirrorControlsIn(const forms::Control& around, forms::Aspect aspect);
     void MirrorVisible();
