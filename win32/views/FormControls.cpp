@@ -42,8 +42,7 @@ void MakeContainer(HWND window, HWND form) {
 }  // namespace
 
 void FormControls::Adapt(HWND window, UINT dpi) {
-    const FontHandle old = std::move(font_);  // in use until the controls have the new one
-    font_ = MakeFont({}, dpi);
+    const FontHandle old = std::exchange(font_, MakeFont({}, dpi));  // in use until the controls have the new one
     ground_ = {window, nullptr, font_.Get(), dpi};
     for (const auto& control : controls_) {
         control->Adapt(SiteOf(control->Model()));
