@@ -20,7 +20,7 @@ Answer SameFolder(FileSystem& files, const std::string& a, const std::string& b)
         }
     }
     // Some network and virtual disks number nothing; an index of 0 tells nobody apart.
-    return first == second && first.index != 0 ? Answer::yes : Answer::no;
+    return first == second && !first.NumbersNothing() ? Answer::yes : Answer::no;
 }
 
 /// Whether `folder` is one of the folders on the way up from `path`, told by what the folders are, not how they are

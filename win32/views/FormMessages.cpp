@@ -55,8 +55,9 @@ LRESULT CALLBACK FormMessages::Procedure(HWND window, UINT message, WPARAM first
 }
 
 LRESULT FormMessages::Handle(UINT message, WPARAM first, LPARAM second) {
-    for (const auto kind : {&FormMessages::OfWindow, &FormMessages::OfPlace, &FormMessages::OfKeyboard,
-                            &FormMessages::OfControls, &FormMessages::OfPainting, &FormMessages::OfColours}) {
+    for (const auto kind :
+         {&FormMessages::OfWindow, &FormMessages::OfSession, &FormMessages::OfPlace, &FormMessages::OfKeyboard,
+          &FormMessages::OfControls, &FormMessages::OfPainting, &FormMessages::OfColours}) {
         if (const Answer answer = (this->*kind)(message, first, second)) {
             return *answer;
         }
@@ -78,6 +79,11 @@ FormMessages::Answer FormMessages::OfWindow(UINT message, WPARAM, LPARAM) {
         default:
             return {};
     }
+}
+
+FormMessages::Answer FormMessages::OfSession(UINT message, WPARAM first, LPARAM) {
+    LRESULT answer = 0;
+    return loop_.Session().Answer(message, first, answer) ? Answer(answer) : Answer();
 }
 
 FormMessages::Answer FormMessages::OfPlace(UINT message, WPARAM first, LPARAM second) {
@@ -157,6 +163,7 @@ FormMessages::Answer FormMessages::OfControls(UINT message, WPARAM first, LPARAM
 
 void FormMessages::DevicesChanged(WPARAM first) {
     if (first == DBT_DEVICEARRIVAL || first == DBT_DEVICEREMOVECOMPLETE) {
+        const NativeLoop::Notices notices(loop_);
         for (const auto& control : parts_.controls.All()) {
             control->PostDevicesChanged();
         }

@@ -52,6 +52,7 @@ class FormMessages {
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM first, LPARAM second);
     [[nodiscard]] LRESULT Handle(UINT message, WPARAM first, LPARAM second);
     [[nodiscard]] Answer OfWindow(UINT message, WPARAM first, LPARAM second);
+    [[nodiscard]] Answer OfSession(UINT message, WPARAM first, LPARAM second);
     [[nodiscard]] Answer OfPlace(UINT message, WPARAM first, LPARAM second);
     [[nodiscard]] Answer OfKeyboard(UINT message, WPARAM first, LPARAM second);
     [[nodiscard]] Answer OfControls(UINT message, WPARAM first, LPARAM second);
