@@ -63,7 +63,7 @@ std::wstring DesktopByScriptHost() {
 std::wstring DesktopByKnownFolder() {
     wchar_t* path = nullptr;
     const HRESULT result = SHGetKnownFolderPath(FOLDERID_Desktop, KF_FLAG_DEFAULT, nullptr, &path);
-    const std::wstring folder = SUCCEEDED(result) ? std::wstring(path) : std::wstring();
+    std::wstring folder = SUCCEEDED(result) ? std::wstring(path) : std::wstring();
     CoTaskMemFree(path);
     return folder;
 }

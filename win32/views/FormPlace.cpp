@@ -13,7 +13,7 @@ namespace {
 /// Sets a flag for as long as it lives.
 class While {
  public:
-    explicit While(bool& flag) : flag_(flag) { flag_ = true; }
+    explicit While(bool& flag) : flag_(flag) { flag = true; }
     While(const While&) = delete;
     While& operator=(const While&) = delete;
     ~While() { flag_ = false; }

@@ -113,9 +113,9 @@ class NativeControl {
 
  protected:
     struct WindowKind {
-        const wchar_t* className;
-        DWORD style;
-        DWORD extendedStyle;
+        const wchar_t* className = nullptr;
+        DWORD style = 0;
+        DWORD extendedStyle = 0;
         bool watched = false;  ///< Handle gets the window's messages
     };
 

@@ -126,7 +126,8 @@ void NativeList::Widen(const std::vector<std::string>& lines, std::size_t start,
         extent_ = std::max(extent_, measure.Width(lines[line], extent_));
     }
     if (extent_ != before) {
-        Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(extent_ + MarginOfLines()));
+        const int width = extent_ + MarginOfLines();
+        Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(width));
     }
 }
 
