@@ -39,7 +39,7 @@ MAY_INCLUDE = {
     "ui/run": ["text", "platform", "paths", "fileops", "settings", "engine", "forms"],
     "app": ["text", "platform", "paths", "fileops", "settings", "engine", "forms", "ui", "ui/run"],
     "win32": ["text", "platform", "paths", "forms", "win32/machine", "win32/views"],
-    "win32/machine": ["text", "platform", "paths", "forms", "win32/views"],
+    "win32/machine": ["text", "platform", "paths"],
     "win32/views": ["text", "platform", "paths", "forms", "win32/machine"],
     # A Windows program and nothing else; it shares the owners of handles with the real machine.
     "restart": ["win32/machine"],

@@ -9,7 +9,7 @@
 #include "tests/windows/DialogUser.h"
 #include "win32/Win32Machine.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::test {
 namespace {

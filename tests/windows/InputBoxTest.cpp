@@ -10,7 +10,6 @@
 #include "win32/Win32Machine.h"
 #include "win32/machine/Handles.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
 
 namespace marlok::test {
 namespace {

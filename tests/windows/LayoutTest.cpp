@@ -20,7 +20,8 @@
 #include "ui/run/Form6.h"
 #include "win32/Win32Machine.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/Twips.h"
+#include "win32/views/WindowText.h"
 
 /// Every window at four resolutions and several sizes: nothing overlaps, no text is cut, nothing lies outside. The
 /// program runs on an in-memory machine; the screen is the real one.

@@ -12,6 +12,8 @@
 #include "win32/Win32Machine.h"
 #include "win32/machine/Wide.h"
 #include "win32/views/NativeControls.h"
+#include "win32/views/Twips.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::test {
 namespace {
