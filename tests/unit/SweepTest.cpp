@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <set>
 
+#include "engine/BackupRun.h"
 #include "engine/RunJournal.h"
 #include "paths/WorkingFiles.h"
 #include "tests/unit/ProgramFixture.h"
@@ -54,6 +55,18 @@ void Prepare(InMemoryMachine& machine, const Scene& scene) {
     machine.Seed({{R"(C:\Data\added.txt)", "added", At(10, 30)}});
     machine.faults.Reset();
     machine.faults.TearWrites(true);
+}
+
+/// Returns the exit code. A run that a window watches copies by the restartable copy.
+int RunScene(InMemoryMachine& machine, const Scene& scene) {
+    if (*scene.mode != '\0') {
+        return RunProgram(machine, scene.mode);
+    }
+    Program program(machine.machine());
+    RunSink sink;
+    const RunPlan plan{LocationsAt({location}), false, CopyMethod::copyWithProgress};
+    RunReport report = BackupRun(program.session.machine, program.session.Configuration(), plan, sink).Run();
+    return FinishRun(program.session.machine, interactiveLog, report);
 }
 
 std::string SavedPath(const std::string& relative) {
@@ -156,7 +169,7 @@ TEST_P(SweepTest, OneFailureAtAnyStepLosesNothing) {
         const Tree sources = SourcesAsSaved(machine);
         const std::string when = "when step " + std::to_string(k) + " failed";
         machine.faults.FailAt(k, k % 2 == 0 ? error::accessDenied : error::diskFull);
-        const int code = RunUnattended(machine, GetParam().mode);
+        const int code = RunScene(machine, GetParam());
         const bool fired = machine.faults.Fired();
         ASSERT_TRUE(code >= exitcode::allDone && code <= exitcode::nothingRan) << when;
         ExpectWholeFiles(machine, before, sources, when);
@@ -185,7 +198,7 @@ TEST_P(SweepTest, DeathAtAnyStepLosesNothing) {
         machine.faults.DieAt(k);
         bool died = false;
         try {
-            static_cast<void>(RunProgram(machine, GetParam().mode));
+            static_cast<void>(RunScene(machine, GetParam()));
         } catch (const ProcessDied&) {
             died = true;
         }
@@ -220,7 +233,7 @@ TEST_P(SweepTest, TwoFailuresInOneRunLoseNothing) {
             ++step;
             return step == k || step == second ? error::accessDenied : error::success;
         });
-        static_cast<void>(RunUnattended(machine, GetParam().mode));
+        static_cast<void>(RunScene(machine, GetParam()));
         ExpectWholeFiles(machine, before, sources, when);
         ASSERT_TRUE(SourcesAsSaved(machine) == sources) << "a source has changed " << when;
         ExpectRepair(machine, sources, when);
@@ -240,7 +253,7 @@ TEST_P(SweepTest, AFailureInTheRunAfterADeathLosesNothing) {
         machine.faults.DieAt(k);
         bool died = false;
         try {
-            static_cast<void>(RunProgram(machine, GetParam().mode));
+            static_cast<void>(RunScene(machine, GetParam()));
         } catch (const ProcessDied&) {
             died = true;
         }
@@ -250,7 +263,7 @@ TEST_P(SweepTest, AFailureInTheRunAfterADeathLosesNothing) {
         const std::string when =
             "when step " + std::to_string(failing) + " failed after a death at step " + std::to_string(k);
         machine.faults.FailAt(failing, k % 2 == 0 ? error::sharingViolation : error::ioDevice);
-        static_cast<void>(RunUnattended(machine, GetParam().mode));
+        static_cast<void>(RunScene(machine, GetParam()));
         ExpectWholeFiles(machine, before, sources, when);
         ExpectRepair(machine, sources, when);
         if (HasFatalFailure() || !died) {
@@ -262,7 +275,9 @@ TEST_P(SweepTest, AFailureInTheRunAfterADeathLosesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(Runs, SweepTest,
                          testing::Values(Scene{"FirstCopy", "C", false}, Scene{"ChangedFiles", "C", true},
-                                         Scene{"CopyAll", "A", true}, Scene{"FirstCopyOnFat", "C", false, "FAT32"},
+                                         Scene{"CopyAll", "A", true}, Scene{"FirstCopyWatched", "", false},
+                                         Scene{"ChangedFilesWatched", "", true},
+                                         Scene{"FirstCopyOnFat", "C", false, "FAT32"},
                                          Scene{"ChangedFilesOnFat", "C", true, "FAT32"},
                                          Scene{"CopyAllOnFat", "A", true, "FAT32"}),
                          [](const auto& scene) { return scene.param.what; });
