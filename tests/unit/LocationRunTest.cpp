@@ -201,5 +201,30 @@ TEST_F(PlaceTest, AListThatWasLostIsMadeAgain) {
     EXPECT_EQ(OriginalList(machine, "Save"), before);
 }
 
+/// Steps that the machine makes for a run over so many locations with a source each.
+std::size_t StepsOfRun(int locations, const char* mode) {
+    InMemoryMachine machine;
+    Install(machine);
+    std::vector<LocationSetup> setup;
+    for (int n = 0; n < locations; ++n) {
+        const std::string number = std::to_string(n);
+        machine.Seed({{R"(C:\Data)" + number + R"(\a.doc)", "a"}});
+        setup.push_back({R"(E:\Many\L)" + number, {R"(C:\Data)" + number}});
+    }
+    Configure(machine, setup);
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    machine.faults.Reset();
+    EXPECT_EQ(RunUnattended(machine, mode), exitcode::allDone);
+    return machine.faults.Steps();
+}
+
+TEST(ManyLocationsTest, TheWorkGrowsWithTheirNumberAndNotWithItsSquare) {
+    for (const char* mode : {"C", "A"}) {
+        const std::size_t few = StepsOfRun(40, mode);
+        const std::size_t many = StepsOfRun(160, mode);
+        EXPECT_LT(many, few * 5) << mode << ": " << few << " steps for 40, " << many << " for 160";
+    }
+}
+
 }  // namespace
 }  // namespace marlok::test
