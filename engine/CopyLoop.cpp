@@ -2,11 +2,7 @@
 
 #include <algorithm>
 
-#include "fileops/Deleting.h"
-#include "fileops/FileOperations.h"
-#include "fileops/FolderFunctions.h"
 #include "fileops/FolderListing.h"
-#include "fileops/Replacing.h"
 #include "fileops/txtFunctions.h"
 #include "paths/Path.h"
 #include "text/Text.h"
@@ -15,10 +11,6 @@ namespace marlok {
 
 namespace {
 
-/// Copies that one record of the journal announces. A record costs as much as a small write and a flush; a run that is
-/// killed has at most so many files copied anew by the next one.
-constexpr std::size_t groupSize = 256;
-
 constexpr const char* nameReserved = "not saved: the program needs this name for a file of its own; rename the file";
 constexpr const char* folderInPlace =
     "not saved: a folder of that name stands where its saved copy belongs; rename or delete that folder in the backup "
@@ -26,19 +18,7 @@ constexpr const char* folderInPlace =
 constexpr const char* noFolder =
     "not saved: its folder is not in the backup location; take it off the list and add it again, which makes the "
     "folder";
-constexpr const char* tooLarge =
-    "not saved: it is larger than this disk can hold (4 GB); choose a location on an NTFS or exFAT disk";
-constexpr const char* decrypted = "saved decrypted: the backup location cannot hold encrypted files";
 constexpr const char* unreadableLink = "not saved: a link of Windows' own that no program can read";
-
-std::string SamePlace(const std::string& other) {
-    return "not saved: " + other + " is saved in the same place; give one of the two a backup location of its own";
-}
-
-std::string ShortName(const std::string& longName) {
-    return "not saved: its name is the short name of \"" + longName +
-           "\" in the backup location; rename one of the two";
-}
 
 /// What follows `folder` and a "\" in `path`, letter case ignored; false when `path` does not lie below it. Everything
 /// lies below "".
@@ -55,28 +35,21 @@ bool TakeBelow(const std::string& path, const std::string& folder, std::string& 
     return true;
 }
 
-bool IsTaken(SystemError code) {
-    return code == error::fileExists || code == error::alreadyExists;
-}
-
 }  // namespace
 
-CopyLoop::CopyLoop(const RunTools& tools, const Location& location, RunJournal& journal,
-                   std::vector<ScannedSource>& sources, const SourceMap& map)
-    : machine_(tools.machine),
-      files_(tools.machine.files),
+CopyLoop::CopyLoop(const RunTools& tools, const Location& location, std::vector<ScannedSource>& sources,
+                   const SourceMap& map, PlaceClaims& claims, ChosenFiles& chosen)
+    : files_(tools.machine.files),
       plan_(tools.plan),
       places_(tools.places),
       sink_(tools.sink),
       report_(tools.report),
       location_(location),
-      journal_(journal),
       sources_(sources),
       map_(map),
-      rivals_(tools.places.RivalsOf(location)) {
-    // Where the system does not tell, nothing special is known of the disk.
-    static_cast<void>(files_.GetVolume(location.Path(), volume_));
-}
+      claims_(claims),
+      chosen_(chosen),
+      rivals_(tools.places.RivalsOf(location)) {}
 
 void CopyLoop::BackupSource(std::size_t source) {
     if (sources_[source].isFile) {
@@ -84,7 +57,7 @@ void CopyLoop::BackupSource(std::size_t source) {
         return;
     }
     for (std::size_t folder = 0; folder < sources_[source].scan.folders.size(); ++folder) {
-        if (!sink_.GoOn() || abandoned_) {
+        if (!sink_.GoOn() || !chosen_.GoesOn()) {
             return;
         }
         BackupFolder(source, folder);
@@ -160,14 +133,15 @@ void CopyLoop::BackupFolder(std::size_t source, std::size_t index) {
         }
     }
     SavedFolder saved;
-    const SystemError made = MakeTargetFolders(target, saved);
-    if (abandoned_) {
+    const SystemError made = chosen_.EnterFolder(target, saved);
+    if (!chosen_.GoesOn()) {
         return;
     }
     if (made != error::success) {
         report_.Add(folder.path, made);
         for (const DirectoryEntry& entry : entries) {
-            CountFailed(Join(folder.path, entry.name));
+            ++report_.failed;
+            sink_.Failed(Join(folder.path, entry.name));
         }
         return;
     }
@@ -177,8 +151,12 @@ void CopyLoop::BackupFolder(std::size_t source, std::size_t index) {
 /// The files directly in the folder.
 SystemError CopyLoop::ListFiles(ScannedFolder& folder, std::vector<DirectoryEntry>& entries) {
     if (folder.files) {
-        entries = std::move(*folder.files);
-        folder.files.reset();
+        if (plan_.looksOnly) {
+            entries = *folder.files;
+        } else {
+            entries = std::move(*folder.files);
+            folder.files.reset();
+        }
         return error::success;
     }
     return ListFolder(files_, folder.path, [&entries](DirectoryEntry& entry) {
@@ -189,35 +167,7 @@ SystemError CopyLoop::ListFiles(ScannedFolder& folder, std::vector<DirectoryEntr
     });
 }
 
-SystemError CopyLoop::MakeTargetFolders(const std::string& folder, SavedFolder& saved) {
-    SystemError code = saved.Read(files_, folder);
-    if (!IsMissing(code)) {
-        return code;
-    }
-    if (!BeginWriting()) {
-        return error::success;
-    }
-    // Folders come before what lies in them, so usually one creation does.
-    code = files_.CreateFolder(folder);
-    if (code == error::success) {
-        return code;
-    }
-    if (code == error::pathNotFound && CreateNestedFolders(files_, machine_.process, folder)) {
-        code = error::alreadyExists;
-    }
-    return code == error::alreadyExists ? saved.Read(files_, folder) : code;
-}
-
-/// False when another run has been found at work.
-bool CopyLoop::BeginWriting() {
-    if (!abandoned_ && journal_.Begin() == RunJournal::Begun::inUse) {
-        abandoned_ = true;
-        report_.Add(location_.Path(), anotherRunAtWork);
-    }
-    return !abandoned_;
-}
-
-void CopyLoop::BackupThisFile(const Work& work, const DirectoryEntry& entry) {
+void CopyLoop::BackupThisFile(const FolderWork& work, const DirectoryEntry& entry) {
     DirectoryEntry file = entry;
     file.name = FileNameOf(work.source.path);
     const SavedFolder::Found saved = FindOnVolume(files_, Join(work.target, file.name));
@@ -225,17 +175,18 @@ void CopyLoop::BackupThisFile(const Work& work, const DirectoryEntry& entry) {
         Refuse(work.source.path, noFolder);
         return;
     }
-    std::vector<Chosen> chosen;
+    std::vector<ChosenFile> chosen;
     Choose(work, file, saved, chosen);
-    CopyAll(work, chosen);
+    chosen_.Take(work, chosen);
 }
 
-void CopyLoop::BackupFolderFiles(const Work& work, std::vector<DirectoryEntry>& entries, const SavedFolder& saved) {
-    std::vector<Chosen> chosen;
+void CopyLoop::BackupFolderFiles(const FolderWork& work, std::vector<DirectoryEntry>& entries,
+                                 const SavedFolder& saved) {
+    std::vector<ChosenFile> chosen;
     for (DirectoryEntry& entry : entries) {
         Choose(work, entry, saved.Find(files_, entry.name), chosen);
     }
-    CopyAll(work, chosen);
+    chosen_.Take(work, chosen);
 }
 
 /// A link to a file is what it leads to. False when that cannot be looked at, which is dealt with.
@@ -251,7 +202,7 @@ bool CopyLoop::ResolveLink(const std::string& source, DirectoryEntry& entry) {
         return false;
     }
     if (code != error::success) {
-        Fail({0, 0, source, "", false}, code);
+        Fail(source, code);
         return false;
     }
     entry.size = target.size;
@@ -259,16 +210,18 @@ bool CopyLoop::ResolveLink(const std::string& source, DirectoryEntry& entry) {
     return true;
 }
 
-void CopyLoop::Choose(const Work& work, DirectoryEntry& entry, const SavedFolder::Found& saved,
-                      std::vector<Chosen>& chosen) {
+void CopyLoop::Choose(const FolderWork& work, DirectoryEntry& entry, const SavedFolder::Found& saved,
+                      std::vector<ChosenFile>& chosen) {
     const std::string source = Join(work.from, entry.name);
     if (entry.IsLink() && !ResolveLink(source, entry)) {
         return;
     }
-    const Chosen file{entry.size, entry.lastWriteTime, source, Join(work.target, entry.name),
-                      saved.code == error::success};
-    if (const std::string other = EarlierOriginal(work, file); !other.empty()) {
-        Refuse(source, SamePlace(other));
+    const bool replaces = saved.code == error::success;
+    const ChosenFile file{entry.size, entry.lastWriteTime,
+                          source,     Join(work.target, entry.name),
+                          replaces,   replaces ? saved.entry.size : 0};
+    if (const std::string claimed = claims_.WhyClaimed(work, source, file.target); !claimed.empty()) {
+        Refuse(source, claimed);
         return;
     }
     if (!places_.MaySave(file.target)) {
@@ -276,15 +229,15 @@ void CopyLoop::Choose(const Work& work, DirectoryEntry& entry, const SavedFolder
         return;
     }
     if (!file.replaces && !IsMissing(saved.code)) {
-        Claim(work, file.source, file.target);
-        Fail(file, saved.code);
+        claims_.Claim(work, source, file.target);
+        Fail(source, saved.code);
         return;
     }
     if (file.replaces && saved.entry.IsFolder()) {
         Refuse(source, folderInPlace);
         return;
     }
-    std::string taken = file.replaces ? WhyTaken(work, file, saved) : "";
+    std::string taken = file.replaces ? claims_.WhyTaken(work, source, saved) : "";
     if (taken.empty() && !rivals_.empty()) {
         const std::string other = OtherOriginal(source, file.target);
         taken = other.empty() ? "" : SamePlace(other);
@@ -293,6 +246,7 @@ void CopyLoop::Choose(const Work& work, DirectoryEntry& entry, const SavedFolder
         Refuse(source, taken);
         return;
     }
+    claims_.Claim(work, source, file.target);
     if (file.replaces) {
         Decide(work, entry, file, saved.entry, chosen);
     } else {
@@ -301,9 +255,9 @@ void CopyLoop::Choose(const Work& work, DirectoryEntry& entry, const SavedFolder
 }
 
 /// A file that has a saved copy.
-void CopyLoop::Decide(const Work& work, const DirectoryEntry& entry, const Chosen& file, const DirectoryEntry& saved,
-                      std::vector<Chosen>& chosen) {
-    const bool anyway = plan_.allFiles || journal_.MayBeTorn(location_.RelativeNameOf(file.target));
+void CopyLoop::Decide(const FolderWork& work, const DirectoryEntry& entry, const ChosenFile& file,
+                      const DirectoryEntry& saved, std::vector<ChosenFile>& chosen) {
+    const bool anyway = plan_.allFiles || chosen_.MayBeTorn(location_.RelativeNameOf(file.target));
     const Verdict verdict = anyway ? Verdict::copy : Judge(entry, saved, work.source.times);
     switch (verdict) {
         case Verdict::copy:
@@ -316,58 +270,8 @@ void CopyLoop::Decide(const Work& work, const DirectoryEntry& entry, const Chose
             ++report_.unchanged;
             break;
     }
-    Claim(work, file.source, file.target);
     sink_.Unchanged(file.source);
-    if (listsUnchanged_) {
-        originals_.push_back(file.source);
-    }
-}
-
-/// Why a saved file that bears the name of `file`, as the volume takes names, is not its saved copy; "" when it is.
-std::string CopyLoop::WhyTaken(const Work& work, const Chosen& file, const SavedFolder::Found& saved) {
-    const std::string name = FileNameOf(file.source);
-    if (saved.entry.name != name) {
-        const SavedFolder::Found other = FindOnVolume(files_, Join(work.from, saved.entry.name));
-        if (other.code == error::success && other.entry.name == saved.entry.name && !other.entry.IsFolder()) {
-            return SamePlace(Join(work.from, saved.entry.name));
-        }
-        if (!saved.entry.alternateName.empty() && text::EqualIgnoringCase(saved.entry.alternateName, name)) {
-            return ShortName(saved.entry.name);
-        }
-    }
-    return "";
-}
-
-/// The original that has the place of `file`, or has been the first to try; "" when none but `file` has.
-std::string CopyLoop::EarlierOriginal(const Work& work, const Chosen& file) {
-    for (const std::string& key : ClaimKeys(work, file.target)) {
-        const auto claim = claims_.find(key);
-        if (claim != claims_.end() && claim->second != file.source) {
-            return claim->second;
-        }
-    }
-    return "";
-}
-
-/// What stands for a place that others may come for: its name, and what is there already, whatever it is called.
-std::vector<std::string> CopyLoop::ClaimKeys(const Work& work, const std::string& target) {
-    std::vector<std::string> keys;
-    if (work.contested) {
-        keys.push_back(text::Fold(target));
-        FileIdentity identity;
-        if (files_.Identify(target, identity) == error::success && !identity.NumbersNothing()) {
-            keys.push_back(std::to_string(identity.volume) + "/" + std::to_string(identity.high) + "/" +
-                           std::to_string(identity.index));
-        }
-    }
-    return keys;
-}
-
-/// Remembers whose place this is, where others may come for the same.
-void CopyLoop::Claim(const Work& work, const std::string& source, const std::string& target) {
-    for (std::string& key : ClaimKeys(work, target)) {
-        claims_.try_emplace(std::move(key), source);
-    }
+    chosen_.IsSaved(file.source);
 }
 
 /// An original that another location, which comes first in the settings, saves in the same place; "" for none.
@@ -398,149 +302,14 @@ std::string CopyLoop::OtherOriginal(const std::string& source, const std::string
     return "";
 }
 
-void CopyLoop::CopyAll(const Work& work, const std::vector<Chosen>& chosen) {
-    if (chosen.empty() || !BeginWriting()) {
-        return;
-    }
-    const std::span<const Chosen> all(chosen);
-    for (std::size_t start = 0; start < all.size(); start += groupSize) {
-        const auto group = all.subspan(start, std::min(groupSize, all.size() - start));
-        const bool recorded = RecordGroup(group);
-        for (const Chosen& file : group) {
-            if (!sink_.GoOn()) {
-                return;
-            }
-            CopyAndAccount(work, file, recorded);
-        }
-    }
-}
-
-void CopyLoop::CopyAndAccount(const Work& work, const Chosen& file, bool recorded) {
-    sink_.CopyBegins(file.source, file.target);
-    std::string taken;
-    const SystemError code = CopyOne(work, file, recorded, taken);
-    if (!taken.empty()) {
-        Refuse(file.source, taken);
-    } else if (code == error::success) {
-        ++report_.copied;
-        report_.bytes += file.size;
-        report_.written.push_back(file.target);
-        originals_.push_back(file.source);
-        journal_.Settle(location_.RelativeNameOf(file.target));
-        Claim(work, file.source, file.target);
-        sink_.Copied(file.source, file.target);
-    } else if (code != error::requestAborted) {
-        Claim(work, file.source, file.target);
-        Fail(file, code);
-    }
-    sink_.Breathe();
-}
-
-bool CopyLoop::RecordGroup(std::span<const Chosen> group) {
-    std::vector<JournalEntry> entries;
-    entries.reserve(group.size());
-    for (const Chosen& file : group) {
-        entries.push_back(AsJournalEntry(file));
-    }
-    return journal_.Record(entries);
-}
-
-JournalEntry CopyLoop::AsJournalEntry(const Chosen& file) const {
-    return {file.size, file.time, file.replaces, location_.RelativeNameOf(file.target), file.source};
-}
-
-SystemError CopyLoop::CopyBytes(const std::string& source, const std::string& target, std::uint32_t flags) {
-    if (plan_.method == CopyMethod::copyWithProgress) {
-        return CopyWithProgress(files_, source, target, flags, [this](const CopyProgressInfo& info) {
-            sink_.BytesCopied(info);
-            return sink_.GoOn() ? CopyAnswer::goOn : CopyAnswer::cancel;
-        });
-    }
-    return CopyPlain(files_, source, target, flags);
-}
-
-SystemError CopyLoop::CopyFile(const std::string& source, const std::string& target, std::uint32_t flags) {
-    SystemError code = CopyBytes(source, target, flags);
-    if (code == error::encryptionFailed) {
-        code = CopyBytes(source, target, flags | copyflag::allowDecryptedDestination);
-        if (code == error::success) {
-            report_.Note(source, decrypted);
-        }
-    }
-    return code;
-}
-
-SystemError CopyLoop::CopyOne(const Work& work, const Chosen& file, bool recorded, std::string& taken) {
-    if (file.replaces) {
-        return CopyBeside(file);
-    }
-    SystemError code = error::fileExists;
-    if (recorded) {
-        code = CopyStraight(file);
-    }
-    if (!IsTaken(code)) {
-        return code;
-    }
-    // Either nothing may be written straight to its place, or something has been put there since the folder was listed:
-    // a saved copy like any other, or that of another original whose name is the same to the volume.
-    const SavedFolder::Found there = FindOnVolume(files_, file.target);
-    if (there.code == error::success) {
-        taken = WhyTaken(work, file, there);
-    } else if (!IsMissing(there.code)) {
-        return there.code;
-    }
-    return taken.empty() ? CopyBeside(file) : error::success;
-}
-
-SystemError CopyLoop::CopyStraight(const Chosen& file) {
-    const SystemError code = CopyFile(file.source, file.target, copyflag::failIfExists);
-    DirectoryEntry torn;
-    // A file that is there although this call was told to fail for one that exists was made by this call.
-    if (code != error::success && !IsTaken(code) && !IsMissing(files_.GetEntry(file.target, torn)) &&
-        ForceDelete(files_, file.target) != error::success) {
-        journal_.MarkUnsettled(AsJournalEntry(file));
-    }
-    return code;
-}
-
-SystemError CopyLoop::CopyBeside(const Chosen& file) {
-    const std::string part = Join(FolderOf(file.target), journal_.PartName());
-    SystemError code = CopyFile(file.source, part, copyflag::none);
-    if (code == error::accessDenied && ForceDelete(files_, part) == error::success) {
-        // A hidden or read-only neighbour of a killed run cannot be overwritten.
-        code = CopyFile(file.source, part, copyflag::none);
-    }
-    if (code == error::success) {
-        code = ForceReplace(files_, part, file.target);
-    }
-    DirectoryEntry left;
-    if (code != error::success && !IsMissing(files_.GetEntry(part, left)) &&
-        ForceDelete(files_, part) != error::success) {
-        JournalEntry entry = AsJournalEntry(file);
-        entry.replaces = true;
-        journal_.MarkUnsettled(entry);
-    }
-    return code;
-}
-
 void CopyLoop::Refuse(const std::string& source, const std::string& reason) {
-    report_.Add(source, reason);
-    CountFailed(source);
-}
-
-void CopyLoop::CountFailed(const std::string& source) {
-    ++report_.failed;
+    report_.AddFailed(source, reason);
     sink_.Failed(source);
 }
 
-void CopyLoop::Fail(const Chosen& file, SystemError code) {
-    const bool full = code == error::diskFull || code == error::handleDiskFull;
-    if (full && file.size > volume_.LargestFile()) {
-        Refuse(file.source, tooLarge);
-        return;
-    }
-    report_.Add(file.source, code);
-    CountFailed(file.source);
+void CopyLoop::Fail(const std::string& source, SystemError code) {
+    report_.AddFailed(source, code);
+    sink_.Failed(source);
 }
 
 }  // namespace marlok

@@ -4,7 +4,9 @@
 #include <unordered_set>
 #include <utility>
 
+#include "engine/Copier.h"
 #include "engine/OriginalPathList.h"
+#include "engine/PlaceClaims.h"
 #include "engine/Pruning.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/txtFunctions.h"
@@ -264,18 +266,20 @@ void LocationRun::KeepUnlisted(Doomed& doomed) {
 }
 
 void LocationRun::CopySources(const SourceMap& map) {
-    CopyLoop loop(tools_, location_, journal_, sources_, map);
+    PlaceClaims claims(files_);
+    Copier copier(tools_, location_, journal_, claims);
+    CopyLoop loop(tools_, location_, sources_, map, claims, copier);
     if (listLost_) {
-        loop.ListUnchanged();
+        copier.ListUnchanged();
     }
     const std::uint64_t failed = report_.failed;
-    for (std::size_t source = 0; source < sources_.size() && tools_.sink.GoOn() && !loop.Abandoned(); ++source) {
+    for (std::size_t source = 0; source < sources_.size() && tools_.sink.GoOn() && copier.GoesOn(); ++source) {
         tools_.sink.FoldersFound(sources_[source].scan);
         loop.BackupSource(source);
     }
     ReportUnlisted();
     everything_ = everything_ && report_.failed == failed && complete_ && tools_.sink.GoOn();
-    Finish(ListOriginals(loop.TakeOriginals()));
+    Finish(ListOriginals(copier.TakeOriginals()));
 }
 
 /// Folders that the scan could not list; the copy loop has reported those that it could not list either. What is left

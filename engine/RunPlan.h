@@ -18,6 +18,7 @@ struct RunPlan {
     std::vector<Location> locations;  ///< one after the other
     bool allFiles = false;            ///< copy all files; else only those written later than their saved copy
     CopyMethod method = CopyMethod::copyPlain;
+    bool looksOnly = false;  ///< finds out what would be done, and writes nothing anywhere
 };
 
 }  // namespace marlok

@@ -45,6 +45,13 @@ class RunReport {
     void Add(const std::string& path, SystemError code) { lines_.push_back({path, code, ""}); }
     void Add(const std::string& path, const std::string& reason) { lines_.push_back({path, error::success, reason}); }
 
+    /// A file that is not saved: a line, and one more that failed.
+    template <typename Reason>
+    void AddFailed(const std::string& path, const Reason& reason) {
+        Add(path, reason);
+        ++failed;
+    }
+
     [[nodiscard]] const std::vector<Line>& Lines() const { return lines_; }
 
     /// Something that the user should know and that is no failure.
