@@ -1,7 +1,5 @@
 #include "engine/Restore.h"
 
-#include <optional>
-
 #include "engine/OriginalPathList.h"
 #include "fileops/Deleting.h"
 #include "fileops/Errors.h"
@@ -92,7 +90,7 @@ SystemError RestoreFiles(Machine& machine, const Location& location, const std::
     for (const std::string& path : saved) {
         names.push_back(location.RelativeNameOf(path));
     }
-    const std::vector<std::optional<std::string>> originals = list.FindAll(names);
+    const std::vector<FoundOriginal> originals = list.FindAll(names);
     for (std::size_t k = 0; k < saved.size(); ++k) {
         result.lastNotLocated = false;
         if (!originals[k]) {

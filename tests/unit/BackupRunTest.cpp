@@ -1,6 +1,7 @@
 #include "engine/BackupRun.h"
 
 #include "tests/unit/RunHarness.h"
+#include "text/Surrogates.h"
 
 namespace marlok::test {
 namespace {
@@ -149,7 +150,7 @@ TEST_F(BackupRunTest, NamesOfAnyKind) {
     EXPECT_EQ(Run(), exitcode::allDone);
     for (const std::string& name : names) {
         EXPECT_EQ(Saved().count("Data\\" + name), 1U) << name;
-        EXPECT_THAT(OriginalList(machine, "Save"), Contains(R"(C:\Data\)" + name));
+        EXPECT_THAT(OriginalList(machine, "Save"), Contains(text::EscapeSurrogates(R"(C:\Data\)" + name)));
     }
     EXPECT_EQ(Run(), exitcode::allDone);
     EXPECT_THAT(RunLog(machine), SizeIs(1));
