@@ -116,12 +116,9 @@ class Deletions {
         return true;
     }
 
-    /// Removes an empty folder; a read-only one too. False when it stays, which is reported.
+    /// Removes an empty folder. False when it stays, which is reported.
     bool Remove(const std::string& folder) {
-        SystemError code = machine_.files.RemoveFolder(folder);
-        if (code == error::accessDenied && machine_.files.SetAttributes(folder, attribute::normal) == error::success) {
-            code = machine_.files.RemoveFolder(folder);
-        }
+        const SystemError code = RemoveEmptyFolder(machine_.files, folder);
         if (code == error::success || IsMissing(code)) {
             return true;
         }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "fileops/Whereabouts.h"
 #include "paths/Path.h"
 #include "paths/ProgramFiles.h"
 #include "paths/Roots.h"
@@ -15,7 +14,7 @@ constexpr const char* unreadSettings = "perhaps what is to be backed up: the lis
 
 }  // namespace
 
-ProtectedPlaces::ProtectedPlaces(Machine& machine, BackupSettings settings) : machine_(machine) {
+ProtectedPlaces::ProtectedPlaces(Machine& machine, BackupSettings settings) : machine_(machine), where_(machine.files) {
     places_.push_back({machine.process.ProgramFolder(), "this program"});
     places_.push_back({machine.system.WindowsFolder(), "Windows"});
     if (const std::string desktop = machine.shell.DesktopFolder(); !desktop.empty()) {
@@ -29,10 +28,9 @@ ProtectedPlaces::ProtectedPlaces(Machine& machine, BackupSettings settings) : ma
 
 ProtectedPlaces::ProtectedPlaces(Machine& machine, BackupSettings settings, const Location& location)
     : ProtectedPlaces(machine, settings) {
-    FileSystem& files = machine.files;
-    std::erase_if(places_, [&](const Place& place) { return !MayBeInside(files, place.path, location.Path()); });
+    std::erase_if(places_, [&](const Place& place) { return !where_.MayBeInside(place.path, location.Path()); });
     for (Place& place : places_) {
-        place.isAround = IsInside(files, location.Path(), place.path);
+        place.isAround = where_.IsInside(location.Path(), place.path);
     }
 }
 
@@ -73,10 +71,10 @@ std::string ProtectedPlaces::HeldBy(const std::string& folder) {
     return held;
 }
 
-std::string ProtectedPlaces::LookUp(const std::string& folder) const {
+std::string ProtectedPlaces::LookUp(const std::string& folder) {
     std::string held;
     for (const Place& place : places_) {
-        const Answer inside = WhetherInside(machine_.files, place.path, folder);
+        const Answer inside = where_.Inside(place.path, folder).inside;
         if (inside == Answer::yes) {
             return place.what;
         }
@@ -85,14 +83,13 @@ std::string ProtectedPlaces::LookUp(const std::string& folder) const {
     return held;
 }
 
-std::string ProtectedPlaces::MetBy(const std::string& path) const {
+std::string ProtectedPlaces::MetBy(const std::string& path) {
     if (!settingsRead_) {
         return unreadSettings;
     }
-    FileSystem& files = machine_.files;
     const auto met = std::ranges::find_if(places_, [&](const Place& place) {
         return !place.isLocation && !place.isAround &&
-               (MayBeInside(files, place.path, path) || MayBeInside(files, path, place.path));
+               (where_.MayBeInside(place.path, path) || where_.MayBeInside(path, place.path));
     });
     return met == places_.end() ? "" : met->what;
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "fileops/Whereabouts.h"
 #include "paths/Location.h"
 #include "platform/Machine.h"
 #include "settings/BackupSettings.h"
@@ -32,7 +33,7 @@ class ProtectedPlaces {
 
     /// What `path`, of a file or folder, is, holds, or lies in, backup locations left out. For a single location's
     /// places: a place that the whole location lies in is left out too.
-    [[nodiscard]] std::string MetBy(const std::string& path) const;
+    [[nodiscard]] std::string MetBy(const std::string& path);
 
     /// False when they are backup locations alone, for certain: a location's folders are then all made by backups.
     [[nodiscard]] bool Any() const;
@@ -46,9 +47,10 @@ class ProtectedPlaces {
     };
 
     void AddConfiguration(BackupSettings settings);
-    [[nodiscard]] std::string LookUp(const std::string& folder) const;
+    [[nodiscard]] std::string LookUp(const std::string& folder);
 
     Machine& machine_;
+    Whereabouts where_;
     std::vector<Place> places_;
     bool settingsRead_ = true;
     std::map<std::string, std::string> known_;  ///< folders that were asked for, and the answers

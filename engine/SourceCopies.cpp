@@ -9,7 +9,6 @@
 #include "fileops/FolderListing.h"
 #include "fileops/Presence.h"
 #include "fileops/SystemFolders.h"
-#include "fileops/Whereabouts.h"
 #include "fileops/txtFunctions.h"
 #include "paths/Names.h"
 #include "paths/Path.h"
@@ -54,7 +53,11 @@ bool AnyLiesBelow(const std::vector<std::string>& places, const std::string& pat
 
 SourceCopies::SourceCopies(Machine& machine, BackupSettings settings, const Location& location,
                            const std::vector<std::string>& remaining)
-    : machine_(machine), settings_(settings), location_(location), places_(machine, settings, location) {
+    : machine_(machine),
+      settings_(settings),
+      location_(location),
+      places_(machine, settings, location),
+      where_(machine.files) {
     FindOthers(settings, remaining);
 }
 
@@ -95,7 +98,7 @@ bool SourceCopies::MayDelete(RunReport& report) const {
     return Reachable(report);
 }
 
-SourceCopies::Outcome SourceCopies::Delete(const std::string& source, RunReport& report) const {
+SourceCopies::Outcome SourceCopies::Delete(const std::string& source, RunReport& report) {
     const std::string relative = RelativePath(source);
     if (!IsPlainRelativePath(relative) || Components(relative).empty()) {
         // A whole drive is saved straight into the location: deleting "its folder" would delete all other sources' too.
@@ -114,9 +117,8 @@ SourceCopies::Outcome SourceCopies::Delete(const std::string& source, RunReport&
 }
 
 /// Why nothing may be deleted at `saved`; "" when it may, but for what lies in `keptInside`.
-std::string SourceCopies::WhyKept(const std::string& saved, std::vector<std::string>& keptInside) const {
-    FileSystem& files = machine_.files;
-    if (LiesInSystemFolderOfRoot(files, saved)) {
+std::string SourceCopies::WhyKept(const std::string& saved, std::vector<std::string>& keptInside) {
+    if (LiesInSystemFolderOfRoot(machine_.files, saved)) {
         return "It belongs to the system, nothing was deleted.";
     }
     const std::string held = places_.MetBy(saved);
@@ -125,12 +127,12 @@ std::string SourceCopies::WhyKept(const std::string& saved, std::vector<std::str
     }
     for (const Other& other : others_) {
         if (text::EqualIgnoringCase(saved, other.place) ||
-            (!other.isLocation && MayBeInside(files, saved, other.place))) {
+            (!other.isLocation && where_.MayBeInside(saved, other.place))) {
             return "It is where " + other.what + " is saved too. Nothing was deleted.";
         }
         if (IsAtOrBelow(other.place, saved)) {
             keptInside.push_back(other.place);
-        } else if (MayBeInside(files, other.place, saved)) {
+        } else if (where_.MayBeInside(other.place, saved)) {
             return "It may hold what is saved of " + other.what + ". Nothing was deleted.";
         }
     }
@@ -138,7 +140,7 @@ std::string SourceCopies::WhyKept(const std::string& saved, std::vector<std::str
 }
 
 /// What could not be done with a system error is returned, everything else is in the report.
-SystemError SourceCopies::DeleteSaved(const std::string& saved, bool calledLikeFile, RunReport& report) const {
+SystemError SourceCopies::DeleteSaved(const std::string& saved, bool calledLikeFile, RunReport& report) {
     FileSystem& files = machine_.files;
     DirectoryEntry entry;
     const SystemError looked = files.GetEntry(saved, entry);

@@ -5,6 +5,7 @@
 
 #include "engine/ProtectedPlaces.h"
 #include "engine/RunReport.h"
+#include "fileops/Whereabouts.h"
 #include "paths/Location.h"
 #include "platform/Machine.h"
 #include "settings/BackupSettings.h"
@@ -35,7 +36,7 @@ class SourceCopies {
     /// paths. A source called like a file (with a three-letter extension) loses the file saved for it, every other one
     /// the folder with all it holds. Where another source is saved stays, and so does another location that lies there,
     /// an original, the program and Windows.
-    [[nodiscard]] Outcome Delete(const std::string& source, RunReport& report) const;
+    [[nodiscard]] Outcome Delete(const std::string& source, RunReport& report);
 
     /// Takes the lines of `sources`, and of what lies below them, out of the location's list of original paths, letter
     /// case ignored, unless none would be left. The line of a file that is still there stays, in this location or in
@@ -51,8 +52,8 @@ class SourceCopies {
     };
 
     void FindOthers(BackupSettings settings, const std::vector<std::string>& remaining);
-    [[nodiscard]] SystemError DeleteSaved(const std::string& saved, bool calledLikeFile, RunReport& report) const;
-    [[nodiscard]] std::string WhyKept(const std::string& saved, std::vector<std::string>& keptInside) const;
+    [[nodiscard]] SystemError DeleteSaved(const std::string& saved, bool calledLikeFile, RunReport& report);
+    [[nodiscard]] std::string WhyKept(const std::string& saved, std::vector<std::string>& keptInside);
     void DeleteAround(const std::string& folder, const std::vector<std::string>& kept, RunReport& report) const;
     [[nodiscard]] bool Reachable(RunReport& report) const;
 
@@ -60,6 +61,7 @@ class SourceCopies {
     BackupSettings settings_;
     Location location_;
     ProtectedPlaces places_;
+    Whereabouts where_;
     std::vector<Other> others_;
     bool settingsRead_ = true;
 };

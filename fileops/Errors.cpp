@@ -28,7 +28,7 @@ std::string OwnSentence(SystemError code) {
         case error::invalidName:
             return "the name is not valid on this disk";
         case error::invalidData:
-            return "the file holds something else than text";
+            return "the data in it is not valid";
         case error::nameTooLong:
             return "the path is too long for this disk";
         default:

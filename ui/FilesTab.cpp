@@ -212,7 +212,7 @@ void FilesTab::DeleteSourceCopies() {
 /// Deletes what is saved of the sources in List10, and takes its lines off the list of original paths. False when the
 /// location cannot be reached: then the sources are to stay.
 bool FilesTab::DeleteCopies(const Location& location) {
-    const SourceCopies copies(session_.machine, session_.Configuration(), location, window_.List11.Items());
+    SourceCopies copies(session_.machine, session_.Configuration(), location, window_.List11.Items());
     RunReport report;
     bool reached = copies.MayDelete(report);
     std::vector<std::string> deleted;

@@ -350,7 +350,7 @@ TEST_F(Form1Test, ALogThatCannotBeWrittenIsAFailureLikeAnyOther) {
     EXPECT_TRUE(window.IsVisible());
     EXPECT_TRUE(window.Label3.Visible);
     EXPECT_EQ(window.Label3.Caption.Get(), R"(1 Failure, See "Backup Error Log.txt" In The Program's Folder)");
-    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Log File.txt"), error::sharingViolation)));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Log File.txt"), error::accessDenied)));
     EXPECT_EQ(program.session.exitCode, exitcode::somethingFailed);
     EXPECT_EQ(window.Label2.Caption.Get(), "Backup Has Been Completed");
     EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
@@ -378,7 +378,7 @@ TEST_F(Form1Test, ALogThatCannotBeWrittenIsReportedBesideWhatElseFailed) {
     machine.shell.desktopFolder = "";
     EXPECT_EQ(Run().Label3.Caption.Get(), R"(3 Failures, See "Backup Error Log.txt" In The Program's Folder)");
     EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(R"(C:\Data\a.doc)", error::sharingViolation),
-                                               Failed(Beside("Backup Log File.txt"), error::sharingViolation),
+                                               Failed(Beside("Backup Log File.txt"), error::accessDenied),
                                                Failed("Backup Log File.lnk", error::pathNotFound)));
 }
 

@@ -123,7 +123,8 @@ TEST_F(Form6Test, ALongerLineSelectsNoShorterPath) {
 
 TEST_F(Form6Test, AnyOfSeveralLinesSelects) {
     Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}, {R"(E:\More)", {R"(C:\Data)"}}, {R"(E:\Third)", {}}});
-    EXPECT_EQ(RunUnattended(machine, "C None More Third"), exitcode::allDone);
+    EXPECT_EQ(RunUnattended(machine, "C None More Third"), exitcode::somethingFailed);
+    EXPECT_THAT(ErrorLog(machine), Contains(Reported(R"(E:\Third)"))) << "nothing is to be backed up into it";
     EXPECT_EQ(machine.Tree("E:\\"), (Tree{{"More\\", ""},
                                           {"More\\Data\\", ""},
                                           {"More\\Data\\Sub\\", ""},
@@ -197,10 +198,11 @@ TEST_F(Form6Test, AnOriginalPathInsideAListedOneIsNotAddedAgain) {
                                                            R"(C:\Data\b.txt.bak)", R"(C:\Data\Sub\b.txt)"));
 }
 
-TEST_F(Form6Test, ALocationWithoutSourcesStillGetsAnEmptyList) {
+TEST_F(Form6Test, ALocationWithoutSourcesIsReportedAndStillGetsAnEmptyList) {
     Configure(machine, {{R"(E:\Empty)", {}}, {R"(E:\Save)", {R"(C:\Data)"}}});
     machine.registry.SetString(SettingsKey("Empty"), "SourcePath1", R"(C:\Data)");
-    EXPECT_EQ(RunUnattended(machine, "C Empty"), exitcode::allDone);
+    EXPECT_EQ(RunUnattended(machine, "C Empty"), exitcode::somethingFailed);
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Reported(R"(E:\Empty)")));
     EXPECT_EQ(machine.Read(Beside("Empty.txt")), "");
     EXPECT_EQ(machine.Tree("E:\\"), (Tree{{"Empty\\", ""}}));
 }
@@ -365,7 +367,7 @@ TEST_F(Form6Test, ALogThatCannotBeWrittenIsAFailure) {
     machine.Seed({{Beside("Backup Log File.txt"), "old"}});
     machine.Lock(Beside("Backup Log File.txt"));
     EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
-    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Log File.txt"), error::sharingViolation)));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Log File.txt"), error::accessDenied)));
     EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
 }
 

@@ -57,7 +57,7 @@ TEST_F(RestoreTest, AReadOnlyOriginalIsReplaced) {
 TEST_F(RestoreTest, ALockedOriginalStaysAndTheReasonIsTold) {
     Prepare(machine, true);
     machine.Lock(original);
-    EXPECT_THAT(RestoreFile(machine.machine(), saved, original), HasSubstr("(error 32)"));
+    EXPECT_THAT(RestoreFile(machine.machine(), saved, original), HasSubstr("(error 5)"));
     EXPECT_EQ(machine.Read(original), "what is there now");
     EXPECT_FALSE(machine.Exists(R"(C:\Data\~Marlok Backup.part)"));
 }

@@ -80,7 +80,7 @@ TEST_F(RunLogTest, ALogThatCannotBeWrittenKeepsItsOldTextAndIsReported) {
     EXPECT_EQ(Finish(), exitcode::somethingFailed);
     EXPECT_EQ(machine.Read(Beside("Backup Log File.txt")), "old");
     EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed("C:\\x", error::fileNotFound),
-                                               Failed(Beside("Backup Log File.txt"), error::sharingViolation)));
+                                               Failed(Beside("Backup Log File.txt"), error::accessDenied)));
     EXPECT_THAT(WorkingFilesLeft(machine), IsEmpty());
 }
 
@@ -91,7 +91,7 @@ TEST_F(RunLogTest, AnErrorLogThatCannotBeWrittenIsALineOfTheReport) {
     EXPECT_EQ(Finish(), exitcode::somethingFailed);
     ASSERT_EQ(report.Lines().size(), 2U);
     EXPECT_EQ(report.Lines()[1].path, "Backup Error Log.txt");
-    EXPECT_EQ(report.Lines()[1].code, error::sharingViolation);
+    EXPECT_EQ(report.Lines()[1].code, error::accessDenied);
 }
 
 TEST_F(RunLogTest, TheShortcutLiesOnTheDesktop) {

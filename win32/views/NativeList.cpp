@@ -9,6 +9,7 @@
 
 #include "win32/machine/Wide.h"
 #include "win32/views/DrawingOff.h"
+#include "win32/views/TextSurface.h"
 
 namespace marlok::win32 {
 
@@ -22,23 +23,10 @@ constexpr std::size_t manyLines = 8;
 /// Pixels between the end of the longest line and the edge, so that its last letter is not cut.
 constexpr int extentMargin = 6;
 
-/// The drawing surface of a window with its font chosen.
+/// How wide lines are in a window's font.
 class TextMeasure {
  public:
-    explicit TextMeasure(HWND window)
-        : window_(window),
-          surface_(GetDC(window)),
-          oldFont_(SelectObject(surface_, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)))) {
-        TEXTMETRICW metrics{};
-        GetTextMetricsW(surface_, &metrics);
-        widestLetter_ = metrics.tmMaxCharWidth;
-    }
-    TextMeasure(const TextMeasure&) = delete;
-    TextMeasure& operator=(const TextMeasure&) = delete;
-    ~TextMeasure() {
-        SelectObject(surface_, oldFont_);
-        ReleaseDC(window_, surface_);
-    }
+    explicit TextMeasure(HWND window) : surface_(window), widestLetter_(surface_.Metrics().tmMaxCharWidth) {}
 
     /// Pixels of `text`; 0 when it cannot be wider than `atLeast`.
     [[nodiscard]] int Width(const std::string& text, int atLeast) const {
@@ -47,15 +35,13 @@ class TextMeasure {
         }
         const std::wstring wide = ToWide(text);
         SIZE size{};
-        GetTextExtentPoint32W(surface_, wide.data(), static_cast<int>(wide.size()), &size);
+        GetTextExtentPoint32W(surface_.Get(), wide.data(), static_cast<int>(wide.size()), &size);
         return size.cx;
     }
 
  private:
-    HWND window_;
-    HDC surface_;
-    HGDIOBJ oldFont_;
-    int widestLetter_ = 1;
+    TextSurface surface_;
+    int widestLetter_;
 };
 
 }  // namespace
@@ -140,7 +126,8 @@ void NativeList::Widen(const std::vector<std::string>& lines, std::size_t start,
         extent_ = std::max(extent_, measure.Width(lines[line], extent_));
     }
     if (extent_ != before) {
-        Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(extent_ + MarginOfLines()));
+        const int width = extent_ + MarginOfLines();
+        Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(width));
     }
 }
 
