@@ -23,6 +23,15 @@ bool IsPlainOriginal(const std::string& original) {
            !original.ends_with('\\');
 }
 
+/// Nobody can tell any more which of them the saved copy was made of.
+std::string SeveralOriginals(const FoundOriginal& found) {
+    std::string sentence = "not replaced: the list of original paths names several originals for it";
+    for (const std::string& path : found.paths) {
+        sentence += (&path == &found.paths.front() ? ": " : ", ") + path;
+    }
+    return sentence;
+}
+
 bool Exists(FileSystem& files, const std::string& path) {
     DirectoryEntry entry;
     return files.GetEntry(path, entry) == error::success;
@@ -93,7 +102,10 @@ SystemError RestoreFiles(Machine& machine, const Location& location, const std::
     const std::vector<FoundOriginal> originals = list.FindAll(names);
     for (std::size_t k = 0; k < saved.size(); ++k) {
         result.lastNotLocated = false;
-        if (!originals[k]) {
+        if (originals[k].kind == FoundOriginal::Kind::several) {
+            result.report.Add(saved[k], SeveralOriginals(originals[k]));
+            ++result.report.failed;
+        } else if (!originals[k]) {
             result.notListed = Counted(result.notListed);
             sink.NotListed(saved[k]);
         } else if (!IsFile(machine.files, saved[k])) {
