@@ -6,8 +6,10 @@
 namespace marlok::test {
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
@@ -154,6 +156,25 @@ TEST_F(BackupRunTest, NamesOfAnyKind) {
     }
     EXPECT_EQ(Run(), exitcode::allDone);
     EXPECT_THAT(RunLog(machine), SizeIs(1));
+}
+
+TEST_F(BackupRunTest, HalfAPairInANameLeavesEveryTextFileReadable) {
+    const std::string half = "\xED\xA0\x80";
+    const std::string held = "C:\\Data\\held" + half + ".txt";
+    Configure(machine, {{"E:\\Odd" + half, {R"(C:\Data)"}}});
+    machine.Seed({{"E:\\Odd" + half + "\\"}, {held, "x"}});
+    machine.Lock(held);
+    for (int run = 0; run < 2; ++run) {
+        machine.Seed({{"C:\\Data\\new" + half + std::to_string(run), "x"}});
+        EXPECT_EQ(Run(), exitcode::somethingFailed);
+        for (const char* name :
+             {"Backup Log File.txt", "Backup Error Log.txt", "Backup Report.txt", "Backup History.txt"}) {
+            EXPECT_THAT(machine.Read(Beside(name)), AllOf(HasSubstr("<D800>"), Not(HasSubstr("\xED")))) << name;
+        }
+    }
+    // The history that was written so is read back.
+    EXPECT_THAT(machine.Read(Beside("Backup Report.txt")),
+                AllOf(HasSubstr("E:\\Odd<D800>: last went well never"), Not(HasSubstr("last failed never"))));
 }
 
 TEST_F(BackupRunTest, MoreFilesThanSixteenBitsCount) {
