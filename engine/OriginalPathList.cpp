@@ -212,6 +212,7 @@ void OriginalPathList::RemoveFirst(const std::vector<std::string>& names, const 
 
 void OriginalPathList::RemoveBelow(const std::vector<std::string>& paths, const LineRule& mayGo) {
     std::vector<std::string> starts;  // with "\" at their ends: whole components are compared
+    starts.reserve(paths.size());
     for (const std::string& path : paths) {
         starts.push_back(text::Fold(AddBackslash(path)));
     }

@@ -177,6 +177,20 @@ TEST_F(BackupRunTest, HalfAPairInANameLeavesEveryTextFileReadable) {
                 AllOf(HasSubstr("E:\\Odd<D800>: last went well never"), Not(HasSubstr("last failed never"))));
 }
 
+TEST_F(BackupRunTest, AListOfOriginalPathsThatCannotBeReadIsSaidOnceAndStays) {
+    const std::string list = Beside("Save.txt");
+    for (const bool held : {true, false}) {
+        const std::string content = held ? "C:\\Data\\old.doc\r\n" : std::string(512, '\0');
+        machine.Seed({{list, content}, {R"(C:\Data\new.txt)", "x", At(held ? 11 : 12, 0)}});
+        machine.Lock(list, held);
+        EXPECT_EQ(Run(), exitcode::somethingFailed);
+        machine.Lock(list, false);
+        EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(list, held ? error::sharingViolation : error::invalidData)));
+        EXPECT_EQ(machine.Read(list), content);
+        EXPECT_EQ(Saved().count("Data\\new.txt"), 1U);
+    }
+}
+
 TEST_F(BackupRunTest, MoreFilesThanSixteenBitsCount) {
     machine.faults.KeepJournal(false);
     for (int i = 0; i < 33'000; ++i) {
