@@ -27,7 +27,7 @@ struct Configured {
     int sources = 0;
 };
 
-/// What could not be deleted is in the error log, and shown unless nobody watches.
+/// What could not be deleted is in the error log, and shown; where nobody watches, the run's report has it too.
 void DeletePending(Session& session) {
     Machine& machine = session.machine;
     const RunReport report = CarryOutPendingDeletions(machine);
@@ -35,12 +35,15 @@ void DeletePending(Session& session) {
         return;
     }
     const bool logged = WriteErrorLog(machine, report) == error::success;
-    const std::string text = ReportBoxText(machine.system, report, logged);
     if (SplitCommandLine(machine.process.Arguments()).empty()) {
+        const std::string text = ReportBoxText(machine.system, report, logged);
         machine.desktop.ShowMessage(text, messagestyle::ok | messagestyle::information, infoTitle);
-    } else {
-        machine.process.WriteError(text);
+        return;
     }
+    for (const RunReport::Line& line : report.Lines()) {
+        machine.process.WriteError(line.path + ": " + ReasonOf(machine.system, line));
+    }
+    session.atStart = report;
 }
 
 /// Counts locations and sources. The number of a source is deliberately not set back to the first for the next

@@ -162,7 +162,10 @@ TEST_F(MainTest, APendingFolderThatIsKeptIsShownInOneBoxAndInTheErrorLog) {
 TEST_F(MainTest, AnUnattendedStartShowsNoBoxForAPendingFolderThatIsKept) {
     machine.Seed({{R"(C:\Held\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Held\r\n"}});
     EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
-    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(HasSubstr("C:\\Held\r\n    not deleted")));
+    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(HasSubstr("C:\\Held: not deleted")));
+    // The run has failed nothing, so its error log is none.
+    EXPECT_FALSE(machine.Exists(Beside("Backup Error Log.txt")));
+    EXPECT_THAT(machine.Read(Beside("Backup Report.txt")), HasSubstr("Notes:\r\nC:\\Held: not deleted"));
 }
 
 TEST_F(MainTest, AHiddenListOfPendingDeletionsIsNotSeen) {

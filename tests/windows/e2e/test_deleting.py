@@ -99,7 +99,10 @@ def test_pending_deletions_take_empty_folders_alone(pending: Machine) -> None:
 def test_pending_deletions_of_an_unattended_start_show_no_box(pending: Machine) -> None:
     ended = pending.run("C")
     assert ended.code == 0, pending.errors()
-    assert "E:\\Filled\r\n    not deleted" in ended.errors.replace("\r\r", "\r")
+    kept = [line for line in ended.errors.splitlines() if "not deleted: " in line]
+    assert len(kept) == 16
+    report = pending.log_lines("Backup Report.txt")
+    assert report[report.index("Notes:") + 1 :][:16] == kept
 
 
 def test_only_folders_that_the_deletion_emptied_go(saved: Machine) -> None:
