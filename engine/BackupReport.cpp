@@ -10,6 +10,7 @@
 #include "fileops/txtFunctions.h"
 #include "paths/ProgramFiles.h"
 #include "text/Lines.h"
+#include "text/Surrogates.h"
 #include "text/Text.h"
 
 namespace marlok {
@@ -106,7 +107,7 @@ SystemError ReadHistory(Machine& machine, std::vector<HistoryLine>& history) {
     const ProgramFolder folder(machine.process.ProgramFolder());
     std::string text;
     const SystemError code = ReadText(machine.files, machine.system, folder.PathOf(programfile::history), text);
-    for (const std::string& line : text::SplitLines(text)) {
+    for (const std::string& line : text::SplitLines(text::UnescapeSurrogates(text))) {
         if (auto parsed = ParseHistoryLine(line)) {
             history.push_back(std::move(*parsed));
         }
@@ -147,7 +148,7 @@ std::string BackupReportText(SystemInfo& system, const std::vector<Location>& lo
 void WriteBackupReport(Machine& machine, const std::vector<Location>& locations, RunReport& report) {
     const ProgramFolder folder(machine.process.ProgramFolder());
     const auto save = [&](const char* name, const std::string& text) {
-        const SystemError code = SaveWholeFile(machine.files, folder.PathOf(name), text);
+        const SystemError code = SaveWholeFile(machine.files, folder.PathOf(name), text::EscapeSurrogates(text));
         if (code != error::success) {
             report.Add(folder.PathOf(name), code);
         }
