@@ -251,8 +251,10 @@ JournalEntry CopyLoop::AsJournalEntry(const Chosen& file) const {
 
 SystemError CopyLoop::CopyFile(const std::string& source, const std::string& target, std::uint32_t flags) {
     if (plan_.method == CopyMethod::copyWithProgress) {
-        return CopyWithProgress(files_, source, target, flags,
-                                [this](const CopyProgressInfo& info) { sink_.BytesCopied(info); });
+        return CopyWithProgress(files_, source, target, flags, [this](const CopyProgressInfo& info) {
+            sink_.BytesCopied(info);
+            return CopyAnswer::goOn;
+        });
     }
     return CopyPlain(files_, source, target, flags);
 }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/SystemError.h"
+#include "platform/Volume.h"
 
 namespace marlok {
 
@@ -22,6 +23,9 @@ inline constexpr std::uint32_t directory = 0x10;
 inline constexpr std::uint32_t archive = 0x20;
 inline constexpr std::uint32_t normal = 0x80;
 inline constexpr std::uint32_t reparsePoint = 0x400;
+inline constexpr std::uint32_t offline = 0x1000;  ///< its content is kept elsewhere
+inline constexpr std::uint32_t encrypted = 0x4000;
+inline constexpr std::uint32_t recallOnDataAccess = 0x400000;  ///< reading it downloads it
 }  // namespace attribute
 
 /// Reparse tags that the program tells apart.
@@ -93,20 +97,35 @@ struct CopyProgressInfo {
     Reason reason = Reason::chunkFinished;
 };
 
+/// What becomes of a copy after a call of its progress routine.
+enum class CopyAnswer { goOn, cancel };
+
 /// Called on the copying thread.
-using CopyProgressRoutine = std::function<void(const CopyProgressInfo&)>;
+using CopyProgressRoutine = std::function<CopyAnswer(const CopyProgressInfo&)>;
 
 /// Bits of a copy request, as the kernel numbers them.
 namespace copyflag {
 inline constexpr std::uint32_t none = 0;
 inline constexpr std::uint32_t failIfExists = 1;
 inline constexpr std::uint32_t restartable = 2;
+inline constexpr std::uint32_t allowDecryptedDestination = 8;
 }  // namespace copyflag
+
+/// Bits of a move request, as the kernel numbers them.
+namespace moveflag {
+inline constexpr std::uint32_t none = 0;
+inline constexpr std::uint32_t replace = 1;       ///< of an existing file
+inline constexpr std::uint32_t writeThrough = 8;  ///< the new name is on the device when the call returns
+}  // namespace moveflag
 
 /// Tells a file or folder from every other one on this machine, whatever path it was reached by.
 struct FileIdentity {
     std::uint64_t volume = 0;
-    std::uint64_t index = 0;
+    std::uint64_t index = 0;  ///< the number's lower half; all of it where the file system numbers in 64 bits
+    std::uint64_t high = 0;
+
+    /// True when the file system gives its files no numbers: nothing can be told by this then.
+    [[nodiscard]] bool NumbersNothing() const { return index == 0 && high == 0; }
 
     friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 };
@@ -133,19 +152,39 @@ class FileSystem {
     [[nodiscard]] virtual SystemError RemoveFolder(const std::string& path) = 0;
 
     /// Removes a link (to a folder or a file) and never what it leads to. `error::notSupported` when the system cannot
-    /// open the link apart from its target, or `path` is no link; nothing is removed then.
+    /// open the link apart from its target, or `path` is no link; nothing is removed then. As with Delete, its name may
+    /// stay for a while.
     [[nodiscard]] virtual SystemError RemoveLink(const std::string& path) = 0;
 
-    /// Deletes one file. Read-only files fail with `error::accessDenied`.
+    /// Deletes one file; a link to a file goes and its target stays. Read-only files fail with `error::accessDenied`.
+    /// Where the file system can do it, the name is free at once; elsewhere (FAT, exFAT, some servers) a file that
+    /// somebody has open keeps its name until it is closed, every access fails with `error::accessDenied` meanwhile,
+    /// and its folder is not empty.
     [[nodiscard]] virtual SystemError Delete(const std::string& path) = 0;
 
-    /// Renames a file or folder within its volume. An existing destination is replaced when `replace` is set (files
-    /// only, not read-only ones), else fails with `error::alreadyExists`. Never copies: `error::notSameDevice`.
-    [[nodiscard]] virtual SystemError Move(const std::string& from, const std::string& to, bool replace) = 0;
+    /// Renames a file or folder within its volume, as the `moveflag::` bits of `flags` say. An existing destination is
+    /// replaced when asked, else the call fails with `error::alreadyExists`. Never copies: `error::notSameDevice`.
+    /// Replacing fails with `error::accessDenied` when the destination is a folder or read-only, or in use in a way
+    /// that does not let others delete it; FAT says `error::alreadyExists` for the first two, and for every use
+    /// `error::accessDenied`. A folder that replaces takes the place of a file.
+    [[nodiscard]] virtual SystemError Move(const std::string& from, const std::string& to, std::uint32_t flags) = 0;
+
+    /// Puts `replacement` in the place of `replaced`, which then lies under the name `backup` (what was there is
+    /// replaced); all three on one volume. The new file keeps its content and last-write time and takes over what else
+    /// belongs to the name: creation time, rights, streams and attributes of the old one.
+    /// Failures leave everything as it was, `error::replacedKept` and `error::replacementNotMoved` included, except for
+    /// `error::replacedMovedAway`: nothing bears the name then, the old file lies under `backup`, and the replacement
+    /// has its own name still. Fails with `error::accessDenied` when either file is read-only or a folder.
+    [[nodiscard]] virtual SystemError Replace(const std::string& replaced, const std::string& replacement,
+                                              const std::string& backup) = 0;
 
     /// Copies one file with its attributes and last-write time; an existing destination is overwritten unless
-    /// `copyflag::failIfExists` is set (`error::fileExists`). What a failed copy leaves at the destination is not
-    /// promised.
+    /// `copyflag::failIfExists` is set (`error::fileExists`), or it is hidden or read-only (`error::accessDenied`).
+    /// Succeeds only when all bytes have arrived: `error::readFault` for a copy that ends early without saying so.
+    /// When `progress` says so the copy is called off: `error::requestAborted`, and the destination is gone unless
+    /// somebody has it open in a way that forbids deleting. `error::encryptionFailed` when the source is encrypted and
+    /// the destination cannot be, unless `copyflag::allowDecryptedDestination` is set. What a copy that failed
+    /// otherwise leaves at the destination is not promised.
     [[nodiscard]] virtual SystemError Copy(const std::string& from, const std::string& to, std::uint32_t flags,
                                            const CopyProgressRoutine& progress) = 0;
 
@@ -158,8 +197,14 @@ class FileSystem {
     /// ("D:\Data" or "\\server\share\x").
     [[nodiscard]] virtual SystemError FinalPath(const std::string& path, std::string& finalPath) = 0;
 
-    /// Identity of an existing file or folder; links are followed.
+    /// Identity of an existing file or folder; links are followed. It may number nothing: see FileIdentity.
     [[nodiscard]] virtual SystemError Identify(const std::string& path, FileIdentity& identity) = 0;
+
+    /// The volume that holds `path`, which need not exist itself; links on the way are followed as far as they lead.
+    /// Errors are those of the drive or share: `error::pathNotFound`, `error::notReady`, `error::badNetworkPath`,
+    /// `error::unrecognizedVolume`, ... A server that is gone makes the caller wait as long as the system does for one
+    /// question.
+    [[nodiscard]] virtual SystemError GetVolume(const std::string& path, Volume& volume) = 0;
 };
 
 }  // namespace marlok

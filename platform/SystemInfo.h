@@ -42,13 +42,22 @@ class SystemInfo {
     /// The Windows folder without trailing "\".
     [[nodiscard]] virtual std::string WindowsFolder() = 0;
 
+    /// The name of this machine, as its network knows it. "" when the system tells none; so are the next two.
+    [[nodiscard]] virtual std::string ComputerName() = 0;
+
+    /// The account that this program runs under, without its domain.
+    [[nodiscard]] virtual std::string UserName() = 0;
+
+    /// The folder of that account's own files, without trailing "\".
+    [[nodiscard]] virtual std::string ProfileFolder() = 0;
+
     /// Text in the system's single-byte code page as UTF-8.
     [[nodiscard]] virtual std::string FromCodePage(std::string_view bytes) = 0;
 
     /// The system's sentence for an error code, without line break; "" when it has none.
     [[nodiscard]] virtual std::string ErrorText(std::uint32_t code) = 0;
 
-    /// While on, the machine does not go to sleep by itself.
+    /// While on, the machine does not go to sleep by itself, and the program is not suspended.
     virtual void KeepAwake(bool on) = 0;
 };
 

@@ -10,6 +10,15 @@ TEST_F(DesktopContract, TheScreenHasASizeInTwips) {
     EXPECT_GE(machine.desktop.ScreenHeight(), 480 * 15);
 }
 
+TEST_F(DesktopContract, ASessionThatNobodyEndsIsNotEnding) {
+    machine.desktop.BlockShutdown("Files are being copied.");
+    machine.desktop.BlockShutdown("Another reason");
+    EXPECT_FALSE(machine.desktop.SessionEnding());
+    machine.desktop.AllowShutdown();
+    machine.desktop.AllowShutdown();
+    EXPECT_FALSE(machine.desktop.SessionEnding());
+}
+
 TEST_F(DesktopContract, WaitingEndsWithoutInput) {
     const std::uint64_t before = machine.clock.TickCount();
     machine.desktop.WaitForInput(20);

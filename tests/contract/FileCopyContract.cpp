@@ -11,7 +11,11 @@ class FileCopyContract : public ContractTest {
     /// Copies and returns everything the progress routine was told.
     std::vector<CopyProgressInfo> CopyTelling(const std::string& from, const std::string& to) {
         std::vector<CopyProgressInfo> told;
-        EXPECT_EQ(files.Copy(from, to, copyflag::restartable, [&](const CopyProgressInfo& i) { told.push_back(i); }),
+        EXPECT_EQ(files.Copy(from, to, copyflag::restartable,
+                             [&](const CopyProgressInfo& i) {
+                                 told.push_back(i);
+                                 return CopyAnswer::goOn;
+                             }),
                   error::success);
         return told;
     }
@@ -39,7 +43,9 @@ TEST_F(FileCopyContract, TheWriteTimeGoesWithTheFileWhenItReplacesAnother) {
     Put(In("from"), "x");
     LetTimePass(60);
     Put(In("to"), "y");
-    ASSERT_EQ(files.Copy(In("from"), In("to"), copyflag::restartable, [](const CopyProgressInfo&) {}), error::success);
+    ASSERT_EQ(files.Copy(In("from"), In("to"), copyflag::restartable,
+                         [](const CopyProgressInfo&) { return CopyAnswer::goOn; }),
+              error::success);
     EXPECT_EQ(EntryOf(In("to")).lastWriteTime, EntryOf(In("from")).lastWriteTime);
 }
 
@@ -132,9 +138,32 @@ TEST_F(FileCopyContract, ProgressOfAnEmptyFileStartsWithTheStream) {
 
 TEST_F(FileCopyContract, WhatTheProgressRoutineThrowsReachesTheCaller) {
     Put(In("from"), std::string(1000, 'x'));
-    EXPECT_THROW(static_cast<void>(files.Copy(In("from"), In("to"), copyflag::none,
-                                              [](const CopyProgressInfo&) { throw std::runtime_error("stop"); })),
-                 std::runtime_error);
+    EXPECT_THROW(
+        static_cast<void>(files.Copy(In("from"), In("to"), copyflag::none,
+                                     [](const CopyProgressInfo&) -> CopyAnswer { throw std::runtime_error("stop"); })),
+        std::runtime_error);
+}
+
+TEST_F(FileCopyContract, ACopyThatIsCalledOffLeavesNothing) {
+    Put(In("from"), std::string(300000, 'x'));
+    Put(In("old"), "old");
+    const auto stop = [](const CopyProgressInfo&) { return CopyAnswer::cancel; };
+    for (const std::uint32_t flags : {copyflag::none, copyflag::restartable}) {
+        EXPECT_EQ(files.Copy(In("from"), In("to"), flags, stop), error::requestAborted);
+        EXPECT_FALSE(Exists(In("to")));
+    }
+    EXPECT_EQ(files.Copy(In("from"), In("old"), copyflag::none, stop), error::requestAborted);
+    EXPECT_FALSE(Exists(In("old"))) << "its old content was gone already";
+    EXPECT_EQ(EntryOf(In("from")).size, 300000U);
+}
+
+TEST_F(FileCopyContract, ACopyCanBeCalledOffAtItsLastCall) {
+    Put(In("from"), "12345");
+    const auto stop = [](const CopyProgressInfo& info) {
+        return info.totalTransferred == info.totalFileSize ? CopyAnswer::cancel : CopyAnswer::goOn;
+    };
+    EXPECT_EQ(files.Copy(In("from"), In("to"), copyflag::none, stop), error::requestAborted);
+    EXPECT_FALSE(Exists(In("to")));
 }
 
 TEST_F(FileCopyContract, AZeroCharacterIsRefusedOnEitherSide) {

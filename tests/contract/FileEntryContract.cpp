@@ -144,6 +144,9 @@ TEST_F(FileEntryContract, IdentityIsTheFilesAndNotThePaths) {
     ASSERT_EQ(files.Identify(In("b.txt"), b), error::success);
     EXPECT_EQ(a, again);
     EXPECT_NE(a, b);
+    EXPECT_FALSE(a.NumbersNothing());
+    EXPECT_TRUE(FileIdentity{}.NumbersNothing());
+    EXPECT_FALSE((FileIdentity{0, 0, 1}.NumbersNothing()));
 }
 
 TEST_F(FileEntryContract, FoldersHaveAnIdentityToo) {

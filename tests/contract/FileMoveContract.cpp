@@ -46,6 +46,16 @@ TEST_F(FileMoveContract, ReplacingWhatIsNotThereIsARename) {
     EXPECT_EQ(NamesWithoutDots(In("*")), NameSet{"b"});
 }
 
+TEST_F(FileMoveContract, ANameCanBeWrittenThrough) {
+    Put(In("a"), "a");
+    Put(In("b"), "b");
+    EXPECT_EQ(files.Move(In("a"), In("b"), moveflag::writeThrough), error::alreadyExists);
+    EXPECT_EQ(files.Move(In("a"), In("b"), moveflag::replace | moveflag::writeThrough), error::success);
+    EXPECT_EQ(files.Move(In("b"), In("c"), moveflag::writeThrough), error::success);
+    EXPECT_EQ(NamesWithoutDots(In("*")), NameSet{"c"});
+    EXPECT_EQ(Content(In("c")), "a");
+}
+
 TEST_F(FileMoveContract, AReadOnlyFileIsNotReplaced) {
     Put(In("a"), "a");
     Put(In("b"), "b");

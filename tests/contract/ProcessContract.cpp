@@ -34,7 +34,18 @@ TEST_F(ProcessContract, ArgumentsNeverBeginWithABlank) {
 }
 
 TEST_F(ProcessContract, AMissingProgramCannotBeStarted) {
-    EXPECT_EQ(machine.process.StartHidden(In("absent.exe")), error::fileNotFound);
+    EXPECT_EQ(machine.process.StartHidden(In("absent.exe"), ""), error::fileNotFound);
+    EXPECT_EQ(machine.process.StartHidden(In(std::string("a\0.exe", 6)), ""), error::invalidName);
+}
+
+TEST_F(ProcessContract, TheIdentificationIsTheNumberAndTheTimeOfCreation) {
+    const std::string identification = machine.process.Identification();
+    const std::string id = std::to_string(machine.process.ProcessId());
+    ASSERT_TRUE(identification.starts_with(id + " ")) << identification;
+    const std::string time = identification.substr(id.size() + 1);
+    EXPECT_EQ(time.find_first_not_of("0123456789"), std::string::npos);
+    EXPECT_GE(machine.clock.ToLocal(std::stoull(time)).year, 2000);
+    EXPECT_EQ(identification, machine.process.Identification());
 }
 
 TEST_F(ProcessContract, ThisProgramKeepsTheClaimItHolds) {

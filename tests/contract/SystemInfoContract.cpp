@@ -19,6 +19,19 @@ TEST_F(SystemInfoContract, TheWindowsFolderExists) {
     EXPECT_TRUE(EntryOf(folder).IsFolder());
 }
 
+TEST_F(SystemInfoContract, MachineAndUserHaveNames) {
+    EXPECT_NE(machine.system.ComputerName(), "");
+    EXPECT_NE(machine.system.UserName(), "");
+    EXPECT_EQ(machine.system.UserName().find('\0'), std::string::npos);
+}
+
+TEST_F(SystemInfoContract, TheUserHasAFolder) {
+    const std::string folder = machine.system.ProfileFolder();
+    ASSERT_GT(folder.size(), 3U);
+    EXPECT_NE(folder.back(), '\\');
+    EXPECT_TRUE(EntryOf(folder).IsFolder());
+}
+
 TEST_F(SystemInfoContract, TheCodePageHoldsAscii) {
     EXPECT_EQ(machine.system.FromCodePage("plain text 123\r\n"), "plain text 123\r\n");
     EXPECT_EQ(machine.system.FromCodePage(""), "");

@@ -20,8 +20,12 @@ class ForwardingFiles : public FileSystem {
     [[nodiscard]] SystemError RemoveFolder(const std::string& path) override { return inner_.RemoveFolder(path); }
     [[nodiscard]] SystemError RemoveLink(const std::string& path) override { return inner_.RemoveLink(path); }
     [[nodiscard]] SystemError Delete(const std::string& path) override { return inner_.Delete(path); }
-    [[nodiscard]] SystemError Move(const std::string& from, const std::string& to, bool replace) override {
-        return inner_.Move(from, to, replace);
+    [[nodiscard]] SystemError Move(const std::string& from, const std::string& to, std::uint32_t flags) override {
+        return inner_.Move(from, to, flags);
+    }
+    [[nodiscard]] SystemError Replace(const std::string& replaced, const std::string& replacement,
+                                      const std::string& backup) override {
+        return inner_.Replace(replaced, replacement, backup);
     }
     [[nodiscard]] SystemError Copy(const std::string& from, const std::string& to, std::uint32_t flags,
                                    const CopyProgressRoutine& progress) override {
@@ -38,6 +42,9 @@ class ForwardingFiles : public FileSystem {
     }
     [[nodiscard]] SystemError Identify(const std::string& path, FileIdentity& identity) override {
         return inner_.Identify(path, identity);
+    }
+    [[nodiscard]] SystemError GetVolume(const std::string& path, Volume& volume) override {
+        return inner_.GetVolume(path, volume);
     }
 
  private:

@@ -37,7 +37,8 @@ SystemError InMemoryCopy::Run(const std::string& from, const std::string& to, st
         code = Fill(to, progress);
         code = code == error::success ? Finish(to) : code;
     }
-    if (code != error::success && (flags & copyflag::restartable) == 0) {
+    const bool stays = (flags & copyflag::restartable) != 0 && code != error::requestAborted;
+    if (code != error::success && !stays) {
         disk_.Remove(target_);
     }
     return code;
@@ -71,6 +72,10 @@ SystemError InMemoryCopy::OpenTarget(const std::string& to, std::uint32_t flags)
     if (place.node == nullptr && (place.error != error::fileNotFound || place.trailingSeparator)) {
         return place.trailingSeparator ? error::invalidName : place.error;
     }
+    const DiskVolume& volume = place.node != nullptr ? *place.node->volume : *place.parent->volume;
+    if (const SystemError code = CheckEncryption(volume, flags); code != error::success) {
+        return code;
+    }
     const std::uint32_t attributes = (source_->attributes & copied) | attribute::archive;
     if (place.node == nullptr) {
         const SystemError code = CheckCreation(*place.parent);
@@ -86,26 +91,35 @@ SystemError InMemoryCopy::OpenTarget(const std::string& to, std::uint32_t flags)
     return code;
 }
 
+SystemError InMemoryCopy::CheckEncryption(const DiskVolume& to, std::uint32_t flags) const {
+    const bool refused = source_->Has(attribute::encrypted) && to.options.fileSystem != "NTFS" &&
+                         (flags & copyflag::allowDecryptedDestination) == 0;
+    return refused ? error::encryptionFailed : error::success;
+}
+
 SystemError InMemoryCopy::Fill(const std::string& to, const CopyProgressRoutine& progress) {
     // The content as it was when the copy began: what somebody appends meanwhile is not waited for.
     const std::string content = source_->content;
     CopyProgressInfo info{content.size(), 0, CopyProgressInfo::Reason::streamSwitch};
-    if (progress) {
-        progress(info);
+    if (progress && progress(info) == CopyAnswer::cancel) {
+        return error::requestAborted;
     }
     info.reason = CopyProgressInfo::Reason::chunkFinished;
     for (std::size_t done = 0; done < content.size();) {
         if (const SystemError code = faults_.Enter("Copy.Write", to, true); code != error::success) {
             return code;
         }
-        const std::string_view chunk = std::string_view(content).substr(done, chunk_);
+        const std::string_view chunk = std::string_view(content).substr(done, manners_.chunk);
+        if (source_->readError != error::success && done + chunk.size() > source_->readableBytes) {
+            return manners_.swallowsReadErrors ? error::success : source_->readError;
+        }
         if (const SystemError code = disk_.Write(*target_, done, chunk); code != error::success) {
             return code;
         }
         done += chunk.size();
         info.totalTransferred = done;
-        if (progress) {
-            progress(info);
+        if (progress && progress(info) == CopyAnswer::cancel) {
+            return error::requestAborted;
         }
     }
     return error::success;

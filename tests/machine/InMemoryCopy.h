@@ -13,10 +13,16 @@ namespace marlok::test {
 /// attributes and the present time, grows chunk by chunk, and gets the source's time last.
 class InMemoryCopy {
  public:
-    InMemoryCopy(InMemoryDisk& disk, FaultPlan& faults, std::size_t chunk)
-        : disk_(disk), faults_(faults), chunk_(chunk) {}
+    struct Manners {
+        std::size_t chunk;        ///< bytes between two calls of the progress routine
+        bool swallowsReadErrors;  ///< see InMemoryFiles::SetSwallowsReadErrors
+    };
+
+    InMemoryCopy(InMemoryDisk& disk, FaultPlan& faults, Manners manners)
+        : disk_(disk), faults_(faults), manners_(manners) {}
 
     /// A copy that fails half-way leaves what it has written when `copyflag::restartable` is set, else it deletes it.
+    /// One that is called off deletes it either way.
     [[nodiscard]] SystemError Run(const std::string& from, const std::string& to, std::uint32_t flags,
                                   const CopyProgressRoutine& progress);
 
@@ -24,12 +30,13 @@ class InMemoryCopy {
     [[nodiscard]] SystemError OpenSource(const std::string& from);
     [[nodiscard]] SystemError OpenTarget(const std::string& to, std::uint32_t flags);
     [[nodiscard]] SystemError CheckTarget(const Node& node, std::uint32_t flags) const;
+    [[nodiscard]] SystemError CheckEncryption(const DiskVolume& to, std::uint32_t flags) const;
     [[nodiscard]] SystemError Fill(const std::string& to, const CopyProgressRoutine& progress);
     [[nodiscard]] SystemError Finish(const std::string& to);
 
     InMemoryDisk& disk_;
     FaultPlan& faults_;
-    std::size_t chunk_;
+    Manners manners_;
     NodePtr source_;
     NodePtr target_;
 };

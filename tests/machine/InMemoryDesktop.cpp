@@ -5,39 +5,39 @@
 #include <utility>
 
 namespace marlok::test {
-namespace {
-
-int FirstButton(std::uint32_t style) {
-    constexpr std::uint32_t buttonBits = 0xF;
-    switch (style & buttonBits) {
-        case messagestyle::abortRetryIgnore:
-            return button::abort;
-        case messagestyle::yesNo:
-            return button::yes;
-        default:
-            return button::ok;
-    }
+int InMemoryDesktop::ShowMessage(const std::string& text, std::uint32_t style, const std::string& title) {
+    return Show({text, style, title});
 }
 
-}  // namespace
-
-int InMemoryDesktop::ShowMessage(const std::string& text, std::uint32_t style, const std::string& title) {
-    return ShowMessageWithCaptions(text, style, title, {});
+int InMemoryDesktop::ShowMessageFor(const std::string& text, std::uint32_t style, const std::string& title,
+                                    std::uint32_t milliseconds) {
+    return Show({text, style, title, 0, {}, milliseconds});
 }
 
 int InMemoryDesktop::ShowMessageWithCaptions(const std::string& text, std::uint32_t style, const std::string& title,
                                              const std::vector<ButtonCaption>& captions) {
+    return Show({text, style, title, 0, captions});
+}
+
+int InMemoryDesktop::Show(ShownMessage message) {
     if (!faults_.Alive()) {
-        return FirstButton(style);
+        return DefaultButton(message.style);
     }
-    ShownMessage message{text, style, title, 0, captions};
     message.answer = handler_ ? handler_(message) : 0;
     if (message.answer == 0 && !answers_.empty()) {
         message.answer = answers_.front();
         answers_.pop_front();
     }
+    if (message.answer == nobody && message.timeLimit == 0) {
+        throw std::logic_error("nobody answers a message box that waits for ever: " + message.text);
+    }
+    if (message.answer == nobody) {
+        clock_.Advance(message.timeLimit);
+        message.answer = DefaultButton(message.style);
+        message.ranOut = true;
+    }
     if (message.answer == 0) {
-        message.answer = FirstButton(style);
+        message.answer = DefaultButton(message.style);
         ++unexpectedBoxes_;
     }
     messages_.push_back(message);
@@ -75,6 +75,9 @@ void InMemoryDesktop::WaitForInput(std::uint32_t milliseconds) {
         return;
     }
     const bool forEver = milliseconds == std::numeric_limits<std::uint32_t>::max();
+    // What the user did before the wait comes before what he does in it.
+    actions_.insert(actions_.begin(), done_.begin(), done_.end());
+    done_.clear();
     if (forEver && actions_.empty()) {
         throw std::logic_error("the program waits for input and the test has no user action left");
     }
@@ -89,6 +92,35 @@ void InMemoryDesktop::WaitForInput(std::uint32_t milliseconds) {
     }
 }
 
+void InMemoryDesktop::DiscardInput() {
+    if (faults_.Alive()) {
+        ++discards_;
+        done_.clear();
+    }
+}
+
+void InMemoryDesktop::BlockShutdown(const std::string& reason) {
+    if (faults_.Alive()) {
+        shutdownReason_ = reason;
+        ++shutdownBlocks_;
+    }
+}
+
+void InMemoryDesktop::AllowShutdown() {
+    if (faults_.Alive()) {
+        shutdownReason_.clear();
+    }
+}
+
+bool InMemoryDesktop::SessionEnding() {
+    return faults_.Alive() && sessionEnding_;
+}
+
+bool InMemoryDesktop::EndSession() {
+    sessionEnding_ = true;
+    return shutdownReason_.empty();
+}
+
 void InMemoryDesktop::SetScreenSize(int width, int height) {
     screenWidth_ = width;
     screenHeight_ = height;
@@ -97,6 +129,9 @@ void InMemoryDesktop::SetScreenSize(int width, int height) {
 void InMemoryDesktop::Restart() {
     hourglass_ = false;
     actions_.clear();
+    done_.clear();
+    shutdownReason_.clear();
+    sessionEnding_ = false;
 }
 
 }  // namespace marlok::test

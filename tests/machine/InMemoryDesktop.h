@@ -19,6 +19,8 @@ struct ShownMessage {
     std::string title;
     int answer = 0;  ///< the button that was pressed
     std::vector<Desktop::ButtonCaption> captions = {};
+    std::uint32_t timeLimit = 0;  ///< milliseconds after which it closes by itself; 0 for never
+    bool ranOut = false;          ///< nobody answered within that time
 };
 
 /// A question for a line of text that the program has asked.
@@ -35,6 +37,9 @@ class InMemoryDesktop : public Desktop {
     InMemoryDesktop(InMemoryClock& clock, FaultPlan& faults) : clock_(clock), faults_(faults) {}
 
     int ShowMessage(const std::string& text, std::uint32_t style, const std::string& title) override;
+    /// Answered as any other box; by AnswerNothing it runs out of time.
+    int ShowMessageFor(const std::string& text, std::uint32_t style, const std::string& title,
+                       std::uint32_t milliseconds) override;
     int ShowMessageWithCaptions(const std::string& text, std::uint32_t style, const std::string& title,
                                 const std::vector<ButtonCaption>& captions) override;
     [[nodiscard]] std::string AskText(const std::string& prompt, const std::string& title, int left, int top) override;
@@ -47,7 +52,11 @@ class InMemoryDesktop : public Desktop {
 
     std::vector<TopLevelWindow> TopLevelWindows() override { return topLevelWindows; }
     void CloseWindow(std::uint64_t handle) override { closedWindows.push_back(handle); }
-    void DiscardInput() override { ++discards_; }
+    /// Drops what HasDone has queued.
+    void DiscardInput() override;
+    void BlockShutdown(const std::string& reason) override;
+    void AllowShutdown() override;
+    [[nodiscard]] bool SessionEnding() override;
     int ScrollBarWidth() override { return scrollBar; }
     int ScrollBarHeight() override { return scrollBar; }
     int ScreenWidth() override { return screenWidth_; }
@@ -55,6 +64,9 @@ class InMemoryDesktop : public Desktop {
 
     /// The next message box not answered yet gets this button (`button::`).
     void Answer(int pressed) { answers_.push_back(pressed); }
+
+    /// Nobody answers the next message box. One that closes by itself does so when its time is over.
+    void AnswerNothing() { answers_.push_back(nobody); }
 
     /// The next question for a text not answered yet gets this one; without any it is cancelled.
     void AnswerText(std::string text) { texts_.push_back(std::move(text)); }
@@ -65,6 +77,22 @@ class InMemoryDesktop : public Desktop {
 
     /// Something the user does once the program waits for input.
     void Do(std::function<void()> action) { actions_.push_back(std::move(action)); }
+    /// Something the user has done already that no handler has seen yet. Delivered as those are, unless it is
+    /// discarded.
+    void HasDone(std::function<void()> action) { done_.push_back(std::move(action)); }
+
+    /// The system asks whether the session may end. True when the program lets it, so that it ends.
+    bool EndSession();
+
+    /// The end of the session is called off again.
+    void CallOffSessionEnd() { sessionEnding_ = false; }
+
+    /// What the system shows as the reason why a shutdown is held up; "" when none is.
+    [[nodiscard]] const std::string& ShutdownReason() const { return shutdownReason_; }
+
+    /// How often a shutdown was held up.
+    [[nodiscard]] int ShutdownBlocks() const { return shutdownBlocks_; }
+
     [[nodiscard]] std::size_t PendingActions() const { return actions_.size(); }
 
     void SetScreenSize(int width, int height);
@@ -90,10 +118,18 @@ class InMemoryDesktop : public Desktop {
     void Restart();
 
  private:
+    static constexpr int nobody = -1;  ///< in place of a button
+
+    [[nodiscard]] int Show(ShownMessage message);
+
     InMemoryClock& clock_;
     FaultPlan& faults_;
     std::deque<int> answers_;
     std::deque<std::function<void()>> actions_;
+    std::deque<std::function<void()>> done_;
+    std::string shutdownReason_;
+    int shutdownBlocks_ = 0;
+    bool sessionEnding_ = false;
     std::function<int(const ShownMessage&)> handler_;
     std::vector<ShownMessage> messages_;
     std::deque<std::string> texts_;

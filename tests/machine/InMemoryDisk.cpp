@@ -9,7 +9,7 @@ namespace {
 constexpr int mostLinks = 63;  // as many as the kernel follows on one path
 constexpr SystemError cannotResolve = 1921;
 
-FileTime Rounded(FileTime time, const Volume& volume) {
+FileTime Rounded(FileTime time, const DiskVolume& volume) {
     const std::uint64_t granularity = std::max<std::uint64_t>(volume.options.timeGranularity, 1);
     return time - time % granularity;
 }
@@ -76,12 +76,12 @@ InMemoryDisk::~InMemoryDisk() {
     }
 }
 
-Volume& InMemoryDisk::AddVolume(const std::string& root, const DriveOptions& options) {
-    std::unique_ptr<Volume>& volume = volumes_[NameKey(root)];
+DiskVolume& InMemoryDisk::AddVolume(const std::string& root, const DriveOptions& options) {
+    std::unique_ptr<DiskVolume>& volume = volumes_[NameKey(root)];
     if (volume == nullptr) {
-        volume = std::make_unique<Volume>();
+        volume = std::make_unique<DiskVolume>();
         volume->root = root;
-        volume->serial = 0x1000 + volumes_.size();
+        volume->serial = 0x1000 + static_cast<std::uint32_t>(volumes_.size());
         volume->folder = std::make_shared<Node>();
         volume->folder->attributes = attribute::directory | attribute::hidden | attribute::system;
         volume->folder->volume = volume.get();
@@ -89,6 +89,7 @@ Volume& InMemoryDisk::AddVolume(const std::string& root, const DriveOptions& opt
         volume->folder->creationTime = volume->folder->lastWriteTime = clock_.NowAsFileTime();
     }
     volume->options = options;
+    volume->serial = options.serial != 0 ? options.serial : volume->serial;
     return *volume;
 }
 
@@ -96,7 +97,7 @@ void InMemoryDisk::RemoveVolume(const std::string& root) {
     volumes_.erase(NameKey(root));
 }
 
-Volume* InMemoryDisk::FindVolume(const std::string& root) const {
+DiskVolume* InMemoryDisk::FindVolume(const std::string& root) const {
     const auto found = volumes_.find(NameKey(root));
     return found == volumes_.end() ? nullptr : found->second.get();
 }
@@ -140,8 +141,25 @@ Place InMemoryDisk::Locate(const PathParts& parts, Follow follow) const {
     return place;
 }
 
+SystemError InMemoryDisk::VolumeOf(const std::string& path, const DiskVolume*& volume) const {
+    PathParts parts = Parse(path);
+    if (parts.error != error::success) {
+        return parts.error;
+    }
+    for (;; parts.names.pop_back()) {
+        const Place place = Walk(parts, Follow::yes, mostLinks);
+        if (place.node != nullptr) {
+            volume = place.node->volume;
+            return error::success;
+        }
+        if (parts.names.empty()) {
+            return place.error;
+        }
+    }
+}
+
 Place InMemoryDisk::Walk(const PathParts& parts, Follow follow, int linksLeft) const {
-    const Volume* volume = FindVolume(parts.root);
+    const DiskVolume* volume = FindVolume(parts.root);
     if (volume == nullptr) {
         return Missing(parts.root[0] == '\\' ? error::badNetworkPath : error::pathNotFound);
     }
@@ -225,7 +243,7 @@ void InMemoryDisk::Rename(const NodePtr& node, const NodePtr& parent, const std:
 }
 
 SystemError InMemoryDisk::Write(Node& node, std::size_t position, std::string_view bytes) {
-    Volume& volume = *node.volume;
+    DiskVolume& volume = *node.volume;
     // What has been removed while it was open takes no room that anybody counts.
     const bool counted = node.parent != nullptr;
     const std::size_t end = std::max(node.content.size(), position + bytes.size());

@@ -16,7 +16,7 @@
 namespace marlok::test {
 
 struct Node;
-struct Volume;
+struct DiskVolume;
 using NodePtr = std::shared_ptr<Node>;
 
 /// A file, folder or link on the in-memory disk.
@@ -32,13 +32,15 @@ struct Node {
     std::uint64_t index = 0;     ///< unlike every other node's; grows in the order of creation
     std::uint64_t sequence = 0;  ///< grows in the order in which nodes came into folders
     Node* parent = nullptr;      ///< null for a root, and for what has been removed
-    Volume* volume = nullptr;
+    DiskVolume* volume = nullptr;
     std::map<std::u16string, NodePtr> children;  ///< by NameKey
     std::map<std::u16string, Node*> aliases;     ///< children by NameKey of their alias
     bool locked = false;                         ///< as if another program held it open without sharing
     bool denied = false;                         ///< the user has no right to it
-    int readers = 0;                             ///< handles that let others delete and rename it
-    int holders = 0;                             ///< reading handles that do not: those of a running copy
+    SystemError readError = error::success;      ///< what reading its content beyond `readableBytes` ends with
+    std::size_t readableBytes = 0;
+    int readers = 0;  ///< handles that let others delete and rename it
+    int holders = 0;  ///< reading handles that do not: those of a running copy
     int writers = 0;
 
     [[nodiscard]] bool IsFolder() const { return (attributes & attribute::directory) != 0; }
@@ -64,12 +66,14 @@ struct DriveOptions {
     bool listsInCreationOrder = false;  ///< as FAT does, instead of by name
     Drive::Kind kind = Drive::Kind::fixed;
     std::string volumeName = {};
+    std::string fileSystem = "NTFS";
+    std::uint32_t serial = 0;  ///< 0: one of the drive's own, unlike every other's
 };
 
-struct Volume {
+struct DiskVolume {
     std::string root;  ///< "C:" or "\\server\share"
     DriveOptions options;
-    std::uint64_t serial = 0;
+    std::uint32_t serial = 0;
     std::uint64_t used = 0;                ///< bytes of all contents
     SystemError failure = error::success;  ///< what every access ends with while it is not success
     NodePtr folder;                        ///< the root folder
@@ -94,13 +98,13 @@ class InMemoryDisk {
     ~InMemoryDisk();
 
     /// Adds an empty drive or share ("E:", "\\server\share"), or changes the options of the one there is.
-    Volume& AddVolume(const std::string& root, const DriveOptions& options);
+    DiskVolume& AddVolume(const std::string& root, const DriveOptions& options);
 
     /// Takes a drive or share away, whatever is on it.
     void RemoveVolume(const std::string& root);
 
     /// The volume of that root; null when there is none.
-    [[nodiscard]] Volume* FindVolume(const std::string& root) const;
+    [[nodiscard]] DiskVolume* FindVolume(const std::string& root) const;
 
     /// From now on `drive` ("S:") stands for `folder`, as the subst command does it.
     void Substitute(const std::string& drive, const std::string& folder);
@@ -112,6 +116,9 @@ class InMemoryDisk {
 
     /// As above, for a path taken apart already.
     [[nodiscard]] Place Locate(const PathParts& parts, Follow follow) const;
+
+    /// The volume that holds `path`, found by as much of it as exists; links are followed.
+    [[nodiscard]] SystemError VolumeOf(const std::string& path, const DiskVolume*& volume) const;
 
     /// Names with trailing dots and blanks are kept where a full path says them plainly: without "/", "." and ".." and
     /// with single separators. Every other path is changed as Windows changes paths in their usual form.
@@ -148,7 +155,7 @@ class InMemoryDisk {
     void Touch(Node* folder) const;
 
     InMemoryClock& clock_;
-    std::map<std::u16string, std::unique_ptr<Volume>> volumes_;
+    std::map<std::u16string, std::unique_ptr<DiskVolume>> volumes_;
     std::map<std::u16string, std::string> substitutes_;
     std::uint64_t lastIndex_ = 0;
 };

@@ -8,7 +8,7 @@ std::vector<Drive> InMemoryDrives::List() {
     std::vector<Drive> drives;
     for (char letter = 'A'; letter <= 'Z'; ++letter) {
         const std::string root = std::string(1, letter) + ":";
-        const Volume* volume = disk_.FindVolume(root);
+        const DiskVolume* volume = disk_.FindVolume(root);
         if (volume == nullptr) {
             continue;
         }

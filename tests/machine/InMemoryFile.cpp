@@ -1,5 +1,6 @@
 #include "tests/machine/InMemoryFile.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "tests/machine/InMemoryFiles.h"
@@ -103,7 +104,12 @@ SystemError InMemoryFile::Read(std::string& bytes, std::size_t size) {
     if (Writes()) {
         return error::accessDenied;
     }
+    if (node_->readError != error::success && position_ >= node_->readableBytes) {
+        return node_->readError;
+    }
     if (position_ < node_->content.size()) {
+        const bool broken = node_->readError != error::success;
+        size = broken ? std::min(size, node_->readableBytes - position_) : size;
         bytes = node_->content.substr(position_, size);
         position_ += bytes.size();
     }

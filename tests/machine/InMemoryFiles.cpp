@@ -1,5 +1,6 @@
 #include "tests/machine/InMemoryFiles.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "tests/machine/InMemoryCopy.h"
@@ -188,10 +189,15 @@ SystemError InMemoryFiles::CheckReplace(const Node& from, const Place& to) const
     return refused || to.node->readers > 0 ? error::accessDenied : CheckRemoval(*to.node);
 }
 
-SystemError InMemoryFiles::Move(const std::string& from, const std::string& to, bool replace) {
+SystemError InMemoryFiles::Move(const std::string& from, const std::string& to, std::uint32_t flags) {
     if (const SystemError code = faults_.Enter("Move", from, true); code != error::success) {
         return code;
     }
+    movesWrittenThrough_ += (flags & moveflag::writeThrough) != 0 ? 1 : 0;
+    return Rename(from, to, (flags & moveflag::replace) != 0);
+}
+
+SystemError InMemoryFiles::Rename(const std::string& from, const std::string& to, bool replace) {
     const Place source = disk_.Locate(from, Follow::no);
     const Place target = disk_.Locate(to, Follow::no);
     if (source.node == nullptr) {
@@ -224,9 +230,51 @@ SystemError InMemoryFiles::Move(const std::string& from, const std::string& to, 
     return error::success;
 }
 
+SystemError InMemoryFiles::Replace(const std::string& replaced, const std::string& replacement,
+                                   const std::string& backup) {
+    if (const SystemError code = faults_.Enter("Replace", replaced, true); code != error::success) {
+        return code;
+    }
+    const Place old = disk_.Locate(replaced, Follow::no);
+    const Place young = disk_.Locate(replacement, Follow::no);
+    if (old.node == nullptr || young.node == nullptr) {
+        return old.node == nullptr ? old.error : young.error;
+    }
+    if (disk_.Parse(backup).error != error::success) {
+        return disk_.Parse(backup).error;
+    }
+    if (old.node->IsFolder() || young.node->IsFolder() || old.node->Has(attribute::readOnly) ||
+        young.node->Has(attribute::readOnly)) {
+        return error::accessDenied;
+    }
+    if (const SystemError code = CheckRemoval(*old.node); code != error::success) {
+        return code;
+    }
+    if (young.node->IsOpen()) {
+        return error::sharingViolation;
+    }
+    if (old.parent->volume != young.parent->volume) {
+        return error::replacementNotMoved;
+    }
+    const std::uint32_t attributes = old.node->attributes;
+    const FileTime created = old.node->creationTime;
+    if (Rename(replaced, backup, true) != error::success) {
+        return error::replacedKept;
+    }
+    // A process that dies here leaves nothing under the name, as the real one can.
+    SystemError code = faults_.Enter("Replace.Second", replaced, true);
+    code = code == error::success ? Rename(replacement, replaced, false) : code;
+    if (code != error::success) {
+        return error::replacedMovedAway;
+    }
+    young.node->attributes = attributes;
+    young.node->creationTime = created;
+    return error::success;
+}
+
 SystemError InMemoryFiles::Copy(const std::string& from, const std::string& to, std::uint32_t flags,
                                 const CopyProgressRoutine& progress) {
-    InMemoryCopy copy(disk_, faults_, copyChunk_);
+    InMemoryCopy copy(disk_, faults_, {copyChunk_, swallowsReadErrors_});
     return copy.Run(from, to, flags, progress);
 }
 
@@ -278,9 +326,29 @@ SystemError InMemoryFiles::Identify(const std::string& path, FileIdentity& ident
     }
     const Place place = disk_.Locate(path, Follow::yes);
     if (place.node != nullptr) {
-        identity = {place.node->volume->serial, place.node->index};
+        identity = {place.node->volume->serial, place.node->index, 0};
     }
     return place.error;
+}
+
+SystemError InMemoryFiles::GetVolume(const std::string& path, Volume& volume) {
+    if (const SystemError code = faults_.Enter("GetVolume", path, false); code != error::success) {
+        return code;
+    }
+    const DiskVolume* found = nullptr;
+    if (const SystemError code = disk_.VolumeOf(path, found); code != error::success) {
+        return code;
+    }
+    const DriveOptions& options = found->options;
+    constexpr std::uint64_t plenty = std::uint64_t{1} << 40;
+    volume = {found->root + "\\", found->serial, options.volumeName, options.fileSystem, 0};
+    volume.flags = volumeflag::casePreservedNames | (options.readOnly ? volumeflag::readOnly : 0);
+    if (options.fileSystem == "NTFS") {
+        volume.flags |= volumeflag::supportsReparsePoints | volumeflag::supportsEncryption | volumeflag::namedStreams;
+    }
+    volume.totalBytes = options.capacityBytes != 0 ? options.capacityBytes : plenty;
+    volume.freeBytes = volume.totalBytes - std::min(found->used, volume.totalBytes);
+    return error::success;
 }
 
 }  // namespace marlok::test

@@ -21,13 +21,16 @@ class InMemoryFiles : public FileSystem {
     [[nodiscard]] SystemError RemoveFolder(const std::string& path) override;
     [[nodiscard]] SystemError RemoveLink(const std::string& path) override;
     [[nodiscard]] SystemError Delete(const std::string& path) override;
-    [[nodiscard]] SystemError Move(const std::string& from, const std::string& to, bool replace) override;
+    [[nodiscard]] SystemError Move(const std::string& from, const std::string& to, std::uint32_t flags) override;
+    [[nodiscard]] SystemError Replace(const std::string& replaced, const std::string& replacement,
+                                      const std::string& backup) override;
     [[nodiscard]] SystemError Copy(const std::string& from, const std::string& to, std::uint32_t flags,
                                    const CopyProgressRoutine& progress) override;
     [[nodiscard]] SystemError SetAttributes(const std::string& path, std::uint32_t attributes) override;
     [[nodiscard]] SystemError Open(const std::string& path, OpenMode mode, std::unique_ptr<File>& file) override;
     [[nodiscard]] SystemError FinalPath(const std::string& path, std::string& finalPath) override;
     [[nodiscard]] SystemError Identify(const std::string& path, FileIdentity& identity) override;
+    [[nodiscard]] SystemError GetVolume(const std::string& path, Volume& volume) override;
 
     /// Whether this system can open a link apart from its target. It can unless it is told otherwise.
     void SetCanRemoveLinks(bool can) { canRemoveLinks_ = can; }
@@ -35,6 +38,13 @@ class InMemoryFiles : public FileSystem {
 
     /// Whether listings tell reparse tags. They do unless told otherwise.
     void SetTellsReparseTags(bool tells) { tellsReparseTags_ = tells; }
+
+    /// Whether a copy takes a source that it can read no further for one that ends there, and succeeds with fewer
+    /// bytes. It does not unless told otherwise, and no system that keeps to the contract does.
+    void SetSwallowsReadErrors(bool swallows) { swallowsReadErrors_ = swallows; }
+
+    /// Moves that were to be on the device when they returned.
+    [[nodiscard]] int MovesWrittenThrough() const { return movesWrittenThrough_; }
 
     void SetCopyChunk(std::size_t bytes) { copyChunk_ = bytes; }
 
@@ -44,12 +54,15 @@ class InMemoryFiles : public FileSystem {
  private:
     [[nodiscard]] SystemError Search(const std::string& pattern, std::unique_ptr<FolderSearch>& search,
                                      DirectoryEntry& first);
+    [[nodiscard]] SystemError Rename(const std::string& from, const std::string& to, bool replace);
     [[nodiscard]] SystemError CheckReplace(const Node& from, const Place& to) const;
 
     InMemoryDisk& disk_;
     FaultPlan& faults_;
     bool canRemoveLinks_ = true;
     bool tellsReparseTags_ = true;
+    bool swallowsReadErrors_ = false;
+    int movesWrittenThrough_ = 0;
     std::size_t copyChunk_ = 65536;
     int openSearches_ = 0;
     int openFiles_ = 0;

@@ -32,7 +32,7 @@ void InMemoryMachine::AddShare(const std::string& root, const DriveOptions& opti
 }
 
 void InMemoryMachine::SetDriveFailure(const std::string& root, SystemError code) {
-    Volume* volume = disk.FindVolume(root);
+    DiskVolume* volume = disk.FindVolume(root);
     if (volume == nullptr) {
         Refuse(root, "no such drive");
     }
@@ -187,6 +187,12 @@ void InMemoryMachine::Lock(const std::string& path, bool locked) {
 
 void InMemoryMachine::Deny(const std::string& path, bool denied) {
     Existing(path, Follow::no)->denied = denied;
+}
+
+void InMemoryMachine::FailReads(const std::string& path, SystemError code, std::size_t readable) {
+    const NodePtr node = Existing(path, Follow::yes);
+    node->readError = code;
+    node->readableBytes = readable;
 }
 
 void InMemoryMachine::SetTime(const std::string& path, FileTime time) {

@@ -94,6 +94,10 @@ class InMemoryMachine {
     /// Takes the user's right to a file, or to list and change a folder. What lies below stays reachable.
     void Deny(const std::string& path, bool denied = true);
 
+    /// Reading the file ends with `code` behind its first `readable` bytes: a bad sector, a server that goes away, an
+    /// online file that cannot be fetched. Success makes it whole again.
+    void FailReads(const std::string& path, SystemError code, std::size_t readable = 0);
+
     void SetTime(const std::string& path, FileTime time);
     void SetAttributes(const std::string& path, std::uint32_t attributes);
     void SetAlias(const std::string& path, const std::string& alias);

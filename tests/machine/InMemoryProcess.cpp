@@ -6,7 +6,7 @@ bool InMemoryProcess::ClaimSingleInstance() {
     return faults_.Alive() && !otherInstanceRuns_;
 }
 
-SystemError InMemoryProcess::StartHidden(const std::string& programPath) {
+SystemError InMemoryProcess::StartHidden(const std::string& programPath, const std::string& startArguments) {
     if (const SystemError code = faults_.Enter("StartHidden", programPath, false); code != error::success) {
         return code;
     }
@@ -18,7 +18,18 @@ SystemError InMemoryProcess::StartHidden(const std::string& programPath) {
         return error::accessDenied;
     }
     started_.push_back(programPath);
+    startedArguments_.push_back(startArguments);
     return error::success;
+}
+
+std::string InMemoryProcess::Identification() {
+    return std::to_string(processId) + " " + std::to_string(created);
+}
+
+void InMemoryProcess::AllowForeground() {
+    if (faults_.Alive() && !started_.empty()) {
+        ++foregroundsAllowed_;
+    }
 }
 
 void InMemoryProcess::WriteError(const std::string& line) {

@@ -17,6 +17,9 @@ class InMemorySystem : public SystemInfo {
     [[nodiscard]] bool GetConnection(std::uint32_t& flags) override;
     [[nodiscard]] std::string ProductName() override { return productName; }
     [[nodiscard]] std::string WindowsFolder() override { return windowsFolder; }
+    [[nodiscard]] std::string ComputerName() override { return computerName; }
+    [[nodiscard]] std::string UserName() override { return userName; }
+    [[nodiscard]] std::string ProfileFolder() override { return profileFolder; }
     [[nodiscard]] std::string FromCodePage(std::string_view bytes) override;
     [[nodiscard]] std::string ErrorText(std::uint32_t code) override;
     void KeepAwake(bool on) override;
@@ -26,6 +29,9 @@ class InMemorySystem : public SystemInfo {
     bool connected = true;
     std::uint32_t connectionFlags = connection::lan | connection::configured;
     std::string productName = "Fenwold";
+    std::string computerName = "TESTBENCH";
+    std::string userName = "User";
+    std::string profileFolder = R"(C:\Users\User)";
     std::string windowsFolder = R"(C:\Windows)";
 
     /// How often KeepAwake was switched on without having been switched off; 0 when the machine may sleep.

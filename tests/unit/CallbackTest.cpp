@@ -18,7 +18,10 @@ class CallbackTest : public testing::Test {
     /// A copy that the bar follows.
     SystemError Copy(const std::string& source, const std::string& destination) {
         return CopyWithProgress(machine.files, source, destination, copyflag::none,
-                                [this](const CopyProgressInfo& info) { CopyProgress(bar, info); });
+                                [this](const CopyProgressInfo& info) {
+                                    CopyProgress(bar, info);
+                                    return CopyAnswer::goOn;
+                                });
     }
 
     InMemoryMachine machine;

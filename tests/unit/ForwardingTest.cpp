@@ -30,7 +30,11 @@ TEST(ForwardingTest, EverythingReachesTheInnerServices) {
     EXPECT_EQ(files.Identify("C:\\D", identity), error::success);
     EXPECT_EQ(files.Copy("C:\\D\\a", "C:\\D\\b", 0, {}), error::success);
     EXPECT_EQ(files.Move("C:\\D\\b", "C:\\D\\c", false), error::success);
-    EXPECT_EQ(files.Delete("C:\\D\\c"), error::success);
+    EXPECT_EQ(files.Replace("C:\\D\\a", "C:\\D\\c", "C:\\D\\b"), error::success);
+    EXPECT_EQ(files.Delete("C:\\D\\b"), error::success);
+    Volume volume;
+    EXPECT_EQ(files.GetVolume("C:\\D", volume), error::success);
+    EXPECT_EQ(volume.root, "C:\\");
     EXPECT_EQ(files.RemoveLink("C:\\D"), error::notSupported);
     EXPECT_EQ(files.RemoveFolder("C:\\D"), error::directoryNotEmpty);
     EXPECT_EQ(registry.CreateKey("Software\\X", key), error::success);

@@ -46,7 +46,10 @@ TEST_F(InMemoryCopyTest, AFileBeingCopiedIsYoungUntilTheEnd) {
 TEST_F(InMemoryCopyTest, ProgressTellsEachChunk) {
     std::vector<std::uint64_t> totals;
     ASSERT_EQ(memory.files.Copy("C:\\from", "E:\\to", 0,
-                                [&](const CopyProgressInfo& info) { totals.push_back(info.totalTransferred); }),
+                                [&](const CopyProgressInfo& info) {
+                                    totals.push_back(info.totalTransferred);
+                                    return CopyAnswer::goOn;
+                                }),
               error::success);
     EXPECT_EQ(totals, (std::vector<std::uint64_t>{0, 3, 6, 8}));
 }
@@ -98,11 +101,61 @@ TEST_F(InMemoryCopyTest, ItHoldsSourceAndTargetMeanwhile) {
         ++tried;
         source = memory.files.Delete("C:\\from");
         target = memory.files.Delete("E:\\to");
+        return CopyAnswer::goOn;
     });
     EXPECT_EQ(code, error::success);
     EXPECT_EQ(tried, 4);
     EXPECT_EQ(source, error::sharingViolation);
     EXPECT_EQ(target, error::sharingViolation);
+}
+
+TEST_F(InMemoryCopyTest, ACopyIsCalledOffAtAnyCall) {
+    for (int last = 1; last <= 4; ++last) {
+        int calls = 0;
+        const auto stop = [&](const CopyProgressInfo&) {
+            return ++calls == last ? CopyAnswer::cancel : CopyAnswer::goOn;
+        };
+        EXPECT_EQ(memory.files.Copy("C:\\from", "E:\\to", copyflag::restartable, stop), error::requestAborted);
+        EXPECT_EQ(calls, last);
+        EXPECT_FALSE(memory.Exists("E:\\to"));
+    }
+}
+
+TEST_F(InMemoryCopyTest, ASourceMayBeReadableInPartAlone) {
+    memory.FailReads("C:\\from", error::dataError, 4);
+    EXPECT_EQ(Copy(copyflag::restartable), error::dataError);
+    EXPECT_EQ(memory.Read("E:\\to").substr(0, 3), "123");
+    memory.Remove("E:\\to");
+    memory.FailReads("C:\\from", error::networkNameGone);
+    EXPECT_EQ(Copy(copyflag::none), error::networkNameGone);
+    std::unique_ptr<File> file;
+    std::string bytes;
+    memory.FailReads("C:\\from", error::dataError, 4);
+    ASSERT_EQ(memory.files.Open("C:\\from", OpenMode::read, file), error::success);
+    EXPECT_EQ(file->Read(bytes, 100), error::success);
+    EXPECT_EQ(bytes, "1234");
+    EXPECT_EQ(file->Read(bytes, 100), error::dataError);
+    memory.FailReads("C:\\from", error::success);
+    EXPECT_EQ(Copy(copyflag::none), error::success);
+    EXPECT_EQ(memory.Read("E:\\to"), "12345678");
+}
+
+TEST_F(InMemoryCopyTest, ASystemMaySwallowReadErrors) {
+    memory.files.SetSwallowsReadErrors(true);
+    memory.FailReads("C:\\from", error::dataError, 6);
+    EXPECT_EQ(Copy(copyflag::none), error::success);
+    EXPECT_EQ(memory.Read("E:\\to"), "123456");
+    EXPECT_EQ(memory.EntryOf("E:\\to").lastWriteTime, At(10, 0));
+}
+
+TEST_F(InMemoryCopyTest, AnEncryptedFileGoesInClearOnlyWhenAllowed) {
+    memory.SetAttributes("C:\\from", attribute::encrypted);
+    memory.AddDrive('F', {.fileSystem = "FAT32"});
+    EXPECT_EQ(Copy(copyflag::none), error::success);
+    EXPECT_EQ(memory.files.Copy("C:\\from", "F:\\to", copyflag::none, {}), error::encryptionFailed);
+    EXPECT_FALSE(memory.Exists("F:\\to"));
+    EXPECT_EQ(memory.files.Copy("C:\\from", "F:\\to", copyflag::allowDecryptedDestination, {}), error::success);
+    EXPECT_EQ(memory.EntryOf("F:\\to").attributes & attribute::encrypted, 0U);
 }
 
 TEST_F(InMemoryCopyTest, AFileIsNotCopiedOntoItself) {

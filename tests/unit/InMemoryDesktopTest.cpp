@@ -46,6 +46,47 @@ TEST(InMemoryDesktopTest, WaitingDeliversActionsAndLetsTimePass) {
     EXPECT_EQ(done, 2);
 }
 
+TEST(InMemoryDesktopTest, ABoxMayRunOutOfTime) {
+    InMemoryMachine memory;
+    memory.desktop.AnswerNothing();
+    const std::uint64_t before = memory.clock.TickCount();
+    EXPECT_EQ(memory.machine().desktop.ShowMessageFor("Empty it?", messagestyle::yesNo, "t", 5000), button::yes);
+    EXPECT_EQ(memory.clock.TickCount(), before + 5000);
+    EXPECT_TRUE(memory.desktop.Messages().back().ranOut);
+    EXPECT_EQ(memory.desktop.UnexpectedBoxes(), 0);
+    memory.desktop.Answer(button::no);
+    EXPECT_EQ(memory.machine().desktop.ShowMessageFor("Empty it?", messagestyle::yesNo, "t", 5000), button::no);
+    EXPECT_EQ(memory.clock.TickCount(), before + 5000);
+    memory.desktop.AnswerNothing();
+    EXPECT_THROW(memory.desktop.ShowMessage("For ever", messagestyle::ok, "t"), std::logic_error);
+}
+
+TEST(InMemoryDesktopTest, InputBeforeAWaitCanBeDiscarded) {
+    InMemoryMachine memory;
+    std::string done;
+    memory.desktop.Do([&] { done += "later"; });
+    memory.desktop.HasDone([&] { done += "early "; });
+    memory.machine().desktop.DiscardInput();
+    memory.desktop.HasDone([&] { done += "now "; });
+    memory.machine().desktop.WaitForInput(0);
+    EXPECT_EQ(done, "now later");
+}
+
+TEST(InMemoryDesktopTest, TheSessionEndsOrIsHeldUp) {
+    InMemoryMachine memory;
+    Desktop& desktop = memory.machine().desktop;
+    EXPECT_FALSE(desktop.SessionEnding());
+    desktop.BlockShutdown("Copying");
+    EXPECT_EQ(memory.desktop.ShutdownReason(), "Copying");
+    EXPECT_FALSE(memory.desktop.EndSession());
+    EXPECT_TRUE(desktop.SessionEnding());
+    memory.desktop.CallOffSessionEnd();
+    EXPECT_FALSE(desktop.SessionEnding());
+    desktop.AllowShutdown();
+    EXPECT_TRUE(memory.desktop.EndSession());
+    EXPECT_EQ(memory.desktop.ShutdownBlocks(), 1);
+}
+
 TEST(InMemoryDesktopTest, WaitingForEverWithoutActionsFailsTheTest) {
     InMemoryMachine memory;
     EXPECT_THROW(memory.desktop.WaitForInput(std::numeric_limits<std::uint32_t>::max()), std::logic_error);

@@ -30,8 +30,8 @@ class RestartTest : public ContractTest {
         EXPECT_TRUE(WaitUntil([this] { return DeleteFileW(win32::ToWide(In("Marlok Backup.exe")).c_str()) != 0; }));
     }
 
-    win32::KernelHandle Start(const std::string& program) {
-        std::wstring commandLine = win32::ToWide("\"" + In(program) + "\"");
+    win32::KernelHandle Start(const std::string& program, const std::string& arguments = "") {
+        std::wstring commandLine = win32::ToWide("\"" + In(program) + "\" " + arguments);
         STARTUPINFOW startup{};
         startup.cb = sizeof startup;
         PROCESS_INFORMATION information{};
@@ -52,6 +52,15 @@ class RestartTest : public ContractTest {
         }
         lastStart = text;
         return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+    }
+
+    /// What a process says of itself to the restart program.
+    static std::string Identification(const win32::KernelHandle& process) {
+        FILETIME created{};
+        FILETIME unused{};
+        EXPECT_NE(GetProcessTimes(process.Get(), &created, &unused, &unused, &unused), 0);
+        const std::uint64_t time = (std::uint64_t{created.dwHighDateTime} << 32) | created.dwLowDateTime;
+        return std::to_string(GetProcessId(process.Get())) + " " + std::to_string(time);
     }
 
     static DWORD ExitCode(const win32::KernelHandle& process) {
@@ -98,6 +107,28 @@ TEST_F(RestartTest, AProgramOfThatNameElsewhereIsNotWaitedFor) {
     EXPECT_EQ(ExitCode(other), 0U);
 }
 
+TEST_F(RestartTest, OnlyTheProgramThatAskedIsWaitedFor) {
+    const win32::KernelHandle asker = Start("Marlok Backup.exe");
+    ASSERT_TRUE(WaitUntil([this] { return Starts() == 1; }));
+    const win32::KernelHandle restart = Start("Restart.exe", Identification(asker));
+    EXPECT_FALSE(WaitUntil([this] { return Starts() > 1; }, std::chrono::milliseconds(500)));
+    EXPECT_EQ(WaitForSingleObject(restart.Get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+    TerminateProcess(asker.Get(), 0);
+    EXPECT_EQ(ExitCode(restart), 0U);
+    EXPECT_TRUE(WaitUntil([this] { return Starts() == 2; }));
+    // Another one runs now; that one has not asked.
+    EXPECT_EQ(ExitCode(Start("Restart.exe", Identification(asker))), 0U);
+    EXPECT_TRUE(WaitUntil([this] { return Starts() == 3; }));
+}
+
+TEST_F(RestartTest, ANumberThatBelongsToAnotherProcessNowIsNotWaitedFor) {
+    const win32::KernelHandle other = Start("Marlok Backup.exe");
+    ASSERT_TRUE(WaitUntil([this] { return Starts() == 1; }));
+    const win32::KernelHandle restart = Start("Restart.exe", std::to_string(GetProcessId(other.Get())) + " 12345");
+    EXPECT_EQ(ExitCode(restart), 0U);
+    EXPECT_TRUE(WaitUntil([this] { return Starts() == 2; }));
+}
+
 TEST_F(RestartTest, AMissingProgramIsReported) {
     ASSERT_EQ(files.Move(In("Marlok Backup.exe"), In("away.exe"), false), error::success);
     EXPECT_EQ(ExitCode(Start("Restart.exe")), 2U);
@@ -106,10 +137,10 @@ TEST_F(RestartTest, AMissingProgramIsReported) {
 
 TEST_F(RestartTest, StartHiddenStartsAProgramInItsFolder) {
     Put(In("stop.txt"), "");
-    ASSERT_EQ(machine.process.StartHidden(In("Marlok Backup.exe")), error::success);
+    ASSERT_EQ(machine.process.StartHidden(In("Marlok Backup.exe"), ""), error::success);
     EXPECT_TRUE(WaitUntil([this] { return Starts() == 1; }));
     EXPECT_EQ(lastStart, scratch + "\r\n");
-    EXPECT_EQ(machine.process.StartHidden(In("absent.exe")), error::fileNotFound);
+    EXPECT_EQ(machine.process.StartHidden(In("absent.exe"), ""), error::fileNotFound);
 }
 
 }  // namespace

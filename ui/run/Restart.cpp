@@ -16,11 +16,12 @@ void RequestRestart(Machine& machine, forms::Form& caller) {
     const std::string restarter = folder.PathOf(programfile::restartProgram);
     SystemError code = CopyThisFile(machine.files, folder.PathOf(programfile::restartSource), restarter);
     if (code == error::success) {
-        code = machine.process.StartHidden(restarter);
+        code = machine.process.StartHidden(restarter, machine.process.Identification());
     }
     if (code != error::success) {
         Raise(code);
     }
+    machine.process.AllowForeground();
     caller.Unload();
 }
 

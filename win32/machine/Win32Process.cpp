@@ -103,12 +103,25 @@ bool Win32Process::ClaimSingleInstance() {
     return true;
 }
 
-SystemError Win32Process::StartHidden(const std::string& programPath) {
-    if (HoldsZero(programPath)) {
+std::uint32_t Win32Process::ProcessId() {
+    return GetCurrentProcessId();
+}
+
+std::string Win32Process::Identification() {
+    FILETIME created{};
+    FILETIME unused{};
+    // The call cannot fail for a program's own process; the time 0 would be nobody's.
+    GetProcessTimes(GetCurrentProcess(), &created, &unused, &unused, &unused);
+    const std::uint64_t time = (std::uint64_t{created.dwHighDateTime} << 32) | created.dwLowDateTime;
+    return std::to_string(GetCurrentProcessId()) + " " + std::to_string(time);
+}
+
+SystemError Win32Process::StartHidden(const std::string& programPath, const std::string& arguments) {
+    if (HoldsZero(programPath) || HoldsZero(arguments)) {
         return error::invalidName;
     }
     const std::wstring path = ToWide(programPath);
-    std::wstring commandLine = L"\"" + path + L"\"";
+    std::wstring commandLine = L"\"" + path + L"\"" + (arguments.empty() ? L"" : L" " + ToWide(arguments));
     const std::wstring folder = FolderOf(path);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
@@ -121,7 +134,15 @@ SystemError Win32Process::StartHidden(const std::string& programPath) {
     }
     const KernelHandle process(started.hProcess);
     const KernelHandle thread(started.hThread);
+    lastStarted_ = started.dwProcessId;
     return error::success;
+}
+
+void Win32Process::AllowForeground() {
+    if (lastStarted_ != 0) {
+        // Fails for a program that is not in front itself, and has nothing to give away then.
+        static_cast<void>(AllowSetForegroundWindow(lastStarted_));
+    }
 }
 
 void Win32Process::WriteError(const std::string& line) {

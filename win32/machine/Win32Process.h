@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -22,11 +23,15 @@ class Win32Process : public Process {
     std::string ProgramFolder() override;
     std::string CurrentFolder() override;
     bool ClaimSingleInstance() override;
-    SystemError StartHidden(const std::string& programPath) override;
+    std::uint32_t ProcessId() override;
+    std::string Identification() override;
+    SystemError StartHidden(const std::string& programPath, const std::string& arguments) override;
+    void AllowForeground() override;
     void WriteError(const std::string& line) override;
 
  private:
-    void* claim_ = nullptr;  ///< the mutex, owned; null while nothing is claimed
+    void* claim_ = nullptr;          ///< the mutex, owned; null while nothing is claimed
+    std::uint32_t lastStarted_ = 0;  ///< the process that StartHidden started last; 0 for none
 };
 
 }  // namespace marlok::win32

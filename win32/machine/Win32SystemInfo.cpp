@@ -2,6 +2,9 @@
 
 #include <windows.h>
 // Behind windows.h, whose types they use.
+#include <lmcons.h>
+#include <objbase.h>
+#include <shlobj.h>
 #include <wininet.h>
 #include <winver.h>
 
@@ -48,6 +51,24 @@ std::wstring SystemMessage(std::uint32_t code, DWORD language) {
     return length == 0 ? std::wstring() : std::wstring(text.Get(), length);
 }
 
+/// Keeps the machine on and, where programs are suspended with the screen off, this program going. Invalid where the
+/// system does not know such requests.
+KernelHandle RequestToStayAwake() {
+    std::wstring reason = L"Files are being backed up.";
+    REASON_CONTEXT context{};
+    context.Version = POWER_REQUEST_CONTEXT_VERSION;
+    context.Flags = POWER_REQUEST_CONTEXT_SIMPLE_STRING;
+    context.Reason.SimpleReasonString = reason.data();
+    HANDLE created = PowerCreateRequest(&context);
+    KernelHandle request(created == INVALID_HANDLE_VALUE ? nullptr : created);
+    if (request.IsValid()) {
+        // Each holds by itself; a system that refuses one has the other, and the thread's state besides.
+        static_cast<void>(PowerSetRequest(request.Get(), PowerRequestSystemRequired));
+        static_cast<void>(PowerSetRequest(request.Get(), PowerRequestExecutionRequired));
+    }
+    return request;
+}
+
 }  // namespace
 
 bool Win32SystemInfo::GetVersion(VersionRecord& version) {
@@ -92,6 +113,35 @@ std::string Win32SystemInfo::WindowsFolder() {
     return FromWide(folder);
 }
 
+std::string Win32SystemInfo::ComputerName() {
+    std::wstring name(MAX_COMPUTERNAME_LENGTH + 1, L'\0');
+    auto length = static_cast<DWORD>(name.size());
+    if (GetComputerNameW(name.data(), &length) == 0) {
+        return {};
+    }
+    return FromWide(name.substr(0, length));
+}
+
+std::string Win32SystemInfo::UserName() {
+    std::wstring name(UNLEN + 1, L'\0');
+    auto length = static_cast<DWORD>(name.size());
+    if (GetUserNameW(name.data(), &length) == 0) {
+        return {};
+    }
+    return FromWide(name.substr(0, name.find(L'\0')));  // the length counts the terminating zero
+}
+
+std::string Win32SystemInfo::ProfileFolder() {
+    wchar_t* path = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(FOLDERID_Profile, KF_FLAG_DEFAULT, nullptr, &path);
+    std::string folder = SUCCEEDED(result) ? FromWide(path) : std::string();
+    CoTaskMemFree(path);
+    if (folder.size() > 3 && folder.back() == '\\') {
+        folder.pop_back();
+    }
+    return folder;
+}
+
 std::string Win32SystemInfo::FromCodePage(std::string_view bytes) {
     // The conversion counts in 31 bits; larger texts go through it line by line, many lines at a time.
     constexpr std::size_t largest = std::size_t{1} << 30;
@@ -124,6 +174,7 @@ std::string Win32SystemInfo::ErrorText(std::uint32_t code) {
 }
 
 void Win32SystemInfo::KeepAwake(bool on) {
+    stayAwake_ = on ? RequestToStayAwake() : KernelHandle();  // a request ends with its handle
     // The answer is the state before; a system that knows no sleep returns 0 and needs nothing.
     static_cast<void>(SetThreadExecutionState(on ? ES_CONTINUOUS | ES_SYSTEM_REQUIRED : ES_CONTINUOUS));
 }

@@ -560,7 +560,7 @@ LRESULT NativeForm::Handle(UINT message, WPARAM first, LPARAM second) {
             break;
     }
     LRESULT answer = 0;
-    if (HandlePainting(message, first, second, answer)) {
+    if (loop_.Session().Answer(message, first, answer) || HandlePainting(message, first, second, answer)) {
         return answer;
     }
     return DefWindowProcW(Window(), message, first, second);
@@ -614,6 +614,7 @@ LRESULT NativeForm::OnNotify(const NMHDR& notice) {
 
 void NativeForm::OnDeviceChange(WPARAM first) {
     if (first == DBT_DEVICEARRIVAL || first == DBT_DEVICEREMOVECOMPLETE) {
+        const NativeLoop::Notices notices(loop_);
         for (const auto& control : controls_) {
             control->PostDevicesChanged();
         }

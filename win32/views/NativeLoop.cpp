@@ -8,7 +8,11 @@
 namespace marlok::win32 {
 
 void NativeLoop::Post(const NativeForm& owner, Action action) {
-    posted_.push_back({&owner, std::move(action)});
+    posted_.push_back({&owner, std::move(action), postsNotices_});
+}
+
+void NativeLoop::DiscardInput() {
+    std::erase_if(posted_, [](const Posted& posted) { return !posted.notice; });
 }
 
 bool NativeLoop::RunPosted() {
@@ -36,6 +40,7 @@ void NativeLoop::RethrowKept() {
 
 void NativeLoop::Add(NativeForm& form) {
     forms_.push_back(&form);
+    session_.Add(form.Window());
 }
 
 void NativeLoop::Remove(const NativeForm& form) {
@@ -73,6 +78,22 @@ NativeForm* NativeLoop::FormOf(HWND window) const {
 bool NativeLoop::TakesKey(MSG& message) const {
     NativeForm* form = FormOf(message.hwnd);
     return form != nullptr && (form->TakesKey(message) || IsDialogMessageW(form->Window(), &message) != 0);
+}
+
+void NativeLoop::BlockShutdown(const std::wstring& reason) {
+    session_.Block(reason, Windows());
+}
+
+void NativeLoop::AllowShutdown() {
+    session_.Allow(Windows());
+}
+
+std::vector<HWND> NativeLoop::Windows() const {
+    std::vector<HWND> windows;
+    for (const NativeForm* form : forms_) {
+        windows.push_back(form->Window());
+    }
+    return windows;
 }
 
 HWND NativeLoop::ActiveWindow() const {

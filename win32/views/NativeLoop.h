@@ -6,7 +6,10 @@
 #include <deque>
 #include <exception>
 #include <functional>
+#include <string>
 #include <vector>
+
+#include "win32/views/SessionWatch.h"
 
 namespace marlok::win32 {
 
@@ -24,6 +27,21 @@ class NativeLoop {
 
     /// Queues an action of the user in a window of `owner`.
     void Post(const NativeForm& owner, Action action);
+
+    /// Drops what the user did and no handler has seen yet; notices of the system stay.
+    void DiscardInput();
+
+    /// While one lives, what is queued is no doing of the user's but a notice of the system.
+    class Notices {
+     public:
+        explicit Notices(NativeLoop& loop) : loop_(loop) { loop_.postsNotices_ = true; }
+        Notices(const Notices&) = delete;
+        Notices& operator=(const Notices&) = delete;
+        ~Notices() { loop_.postsNotices_ = false; }
+
+     private:
+        NativeLoop& loop_;
+    };
 
     /// Runs what is queued, in its order, and anything it queues. What an action throws leaves this call; the rest
     /// stays queued. False when there was nothing.
@@ -55,6 +73,13 @@ class NativeLoop {
     /// The active window, else the last visible one; null when the program shows none.
     [[nodiscard]] HWND ActiveWindow() const;
 
+    /// The end of the session is held up for the sake of every window, and is not any more.
+    void BlockShutdown(const std::wstring& reason);
+    void AllowShutdown();
+
+    /// What the windows ask about the messages of an ending session.
+    [[nodiscard]] SessionWatch& Session() { return session_; }
+
     void SetHourglass(bool on) { hourglass_ = on; }
     [[nodiscard]] bool Hourglass() const { return hourglass_; }
 
@@ -64,10 +89,15 @@ class NativeLoop {
     struct Posted {
         const NativeForm* owner;
         Action action;
+        bool notice;
     };
+    [[nodiscard]] std::vector<HWND> Windows() const;
+
     std::deque<Posted> posted_;
     std::exception_ptr kept_;
     std::vector<NativeForm*> forms_;  ///< not owned
+    SessionWatch session_;
+    bool postsNotices_ = false;
     bool hourglass_ = false;
 };
 

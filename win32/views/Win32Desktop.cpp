@@ -10,6 +10,7 @@
 #include "win32/views/CaptionedMessage.h"
 #include "win32/views/InputBox.h"
 #include "win32/views/NativeControl.h"
+#include "win32/views/TimedMessage.h"
 
 namespace marlok::win32 {
 
@@ -60,6 +61,14 @@ int Win32Desktop::ShowMessage(const std::string& text, std::uint32_t style, cons
     return MessageBoxW(owner, ToWide(text).c_str(), ToWide(title).c_str(), style | MB_SETFOREGROUND);
 }
 
+int Win32Desktop::ShowMessageFor(const std::string& text, std::uint32_t style, const std::string& title,
+                                 std::uint32_t milliseconds) {
+    loop_.Flush();
+    HWND owner = loop_.ActiveWindow();
+    const OtherWindowsDisabled others(owner);
+    return ShowTimedMessage(owner, text, style | MB_SETFOREGROUND, title, milliseconds);
+}
+
 int Win32Desktop::ShowMessageWithCaptions(const std::string& text, std::uint32_t style, const std::string& title,
                                           const std::vector<ButtonCaption>& captions) {
     loop_.Flush();
@@ -86,7 +95,9 @@ void Win32Desktop::PaintPending() {
     loop_.Animate();
     MSG message{};
     for (int painted = 0; painted < paintLimit; ++painted) {
-        if (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE | PM_QS_PAINT) == 0) {
+        // What others have sent is answered inside the look-up: the system asks that way whether the session may end.
+        constexpr UINT paintAndSent = PM_REMOVE | PM_QS_PAINT | PM_QS_SENDMESSAGE;
+        if (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, paintAndSent) == 0) {
             return;
         }
         DispatchMessageW(&message);
@@ -139,7 +150,23 @@ void Win32Desktop::CloseWindow(std::uint64_t handle) {
     static_cast<void>(SendMessageW(reinterpret_cast<HWND>(static_cast<std::uintptr_t>(handle)), WM_CLOSE, 0, 0));
 }
 
+void Win32Desktop::BlockShutdown(const std::string& reason) {
+    loop_.BlockShutdown(ToWide(reason));
+}
+
+void Win32Desktop::AllowShutdown() {
+    loop_.AllowShutdown();
+}
+
+bool Win32Desktop::SessionEnding() {
+    // The question may have been sent and not looked at yet.
+    MSG message{};
+    static_cast<void>(PeekMessageW(&message, nullptr, WM_NULL, WM_NULL, PM_NOREMOVE | PM_QS_SENDMESSAGE));
+    return loop_.Session().Ending();
+}
+
 void Win32Desktop::DiscardInput() {
+    loop_.DiscardInput();
     MSG message{};
     constexpr std::array<std::pair<UINT, UINT>, 3> ranges{
         {{WM_KEYFIRST, WM_KEYLAST}, {WM_MOUSEFIRST, WM_MOUSELAST}, {WM_NCMOUSEMOVE, WM_NCXBUTTONDBLCLK}}};
