@@ -622,7 +622,7 @@ void NativeForm::OnDeviceChange(WPARAM first) {
 }
 
 void NativeForm::OnClose() {
-    loop_.Post(*this, [this] { form_.Unload(); });
+    loop_.Post(*this, [this] { form_.UserClosed(); });
 }
 
 void NativeForm::OnActivate(WPARAM first) {
