@@ -3,8 +3,7 @@
 #include <array>
 #include <cstdio>
 
-#include "fileops/Deleting.h"
-#include "fileops/Errors.h"
+#include "engine/ErrorLog.h"
 #include "fileops/WholeFiles.h"
 #include "paths/Path.h"
 #include "paths/ProgramFiles.h"
@@ -21,12 +20,15 @@ constexpr std::array<const char*, 12> monthNames{"Jan", "Feb", "Mar", "Apr", "Ma
 
 }  // namespace
 
-const LogForm interactiveLog{"Total files copied ", " ", " was ", programfile::runLog, "Backup Log File",
-                             "Backup Log File",     true};
-const LogForm unattendedLog{"Total files copied ", " At ", " Was ", programfile::runLog, "Backup Log File",
-                            "Backup Log File",     true};
-const LogForm replacementLog{"Total files replaced ", " At ", " was ", programfile::replacedLog, "Replaced File Log",
-                             "Replaced Log File",     false};
+const LogForm interactiveLog{
+    "Total files copied ",  " ", " was ", programfile::runLog, "Backup Log File", "Backup Log File",
+    "run the backup again", true};
+const LogForm unattendedLog{
+    "Total files copied ",  " At ", " Was ", programfile::runLog, "Backup Log File", "Backup Log File",
+    "run the backup again", true};
+const LogForm replacementLog{
+    "Total files replaced ",   " At ", " was ", programfile::replacedLog, "Replaced File Log", "Replaced Log File",
+    "replace the files again", false};
 
 std::string FormatLogDate(const LocalTime& time) {
     return std::string(dayNames.at(static_cast<std::size_t>(time.weekday))) + ", " +
@@ -72,22 +74,10 @@ SystemError MakeDesktopShortcut(Machine& machine, const LogForm& form) {
 }
 
 SystemError WriteErrorLog(Machine& machine, const RunReport& report) {
-    const std::string path = ProgramFolder(machine.process.ProgramFolder()).PathOf(programfile::errorLog);
-    if (report.Lines().empty()) {
-        // Usually there is none; one that cannot be removed is an old report and harms nobody.
-        static_cast<void>(ForceDelete(machine.files, path));
-        return error::success;
-    }
-    const std::string text = ErrorLogText(machine.system, report);
-    const SystemError code = SaveWholeFile(machine.files, path, text);
-    if (code != error::success) {
-        machine.process.WriteError(path + ": " + Describe(machine.system, code));
-        machine.process.WriteError(text);
-    }
-    return code;
+    return ErrorLog(machine).Write(ErrorLogLines(machine, report, "try again"));
 }
 
-int FinishRun(Machine& machine, const LogForm& form, RunReport& report) {
+int FinishRun(Machine& machine, const LogForm& form, RunReport& report, const std::vector<std::string>& notes) {
     const LocalTime now = machine.clock.Now();
     const std::string header = form.beforeDate + FormatLogDate(now) + form.beforeTime + FormatLogTime(now) +
                                form.beforeCount + std::to_string(report.written.size());
@@ -102,12 +92,21 @@ int FinishRun(Machine& machine, const LogForm& form, RunReport& report) {
     }
     const int exitCode = report.Lines().empty() ? exitcode::allDone : exitcode::somethingFailed;
     if (form.clearsErrorLog || !report.Lines().empty()) {
-        const SystemError told = WriteErrorLog(machine, report);
+        std::vector<std::string> lines = ErrorLogLines(machine, report, form.again);
+        lines.insert(lines.end(), notes.begin(), notes.end());
+        const SystemError told = ErrorLog(machine).Write(lines);
         if (told != error::success) {
             report.Add(programfile::errorLog, told);
         }
     }
     return exitCode;
+}
+
+std::string WhyNoErrorLog(SystemInfo& system, const RunReport& report) {
+    if (report.Lines().empty() || report.Lines().back().path != programfile::errorLog) {
+        return "";
+    }
+    return ReasonOf(system, report.Lines().back());
 }
 
 }  // namespace marlok

@@ -25,6 +25,7 @@ struct LogForm {
     const char* file;         ///< of the log, beside the program
     const char* shortcut;     ///< file name of the shortcut, without its extension
     const char* description;  ///< of the shortcut
+    const char* again;        ///< what to do once a drive that was missing is there: see AbsentDrives
     bool clearsErrorLog;  ///< a run without failures removes the error log; else it tells what is not saved, and stays
 };
 extern const LogForm interactiveLog;  ///< a run that a person watches
@@ -44,12 +45,16 @@ extern const LogForm replacementLog;  ///< saved files copied back over their or
 /// Puts a shortcut to the log on the desktop, replacing an older one.
 [[nodiscard]] SystemError MakeDesktopShortcut(Machine& machine, const LogForm& form);
 
-/// Writes the report's error log beside the program, one line for each line of the report; removes the file when there
-/// is none. When it cannot be written, standard error receives the lines.
+/// Makes the lines of the report the error log: see ErrorLog.
 SystemError WriteErrorLog(Machine& machine, const RunReport& report);
 
-/// Ends a run: writes its log with the paths in `report.written`, the shortcut to the log, and the error log. What
-/// could not be written becomes a line of the report. Returns the exit code.
-int FinishRun(Machine& machine, const LogForm& form, RunReport& report);
+/// Ends a run: writes its log with the paths in `report.written`, the shortcut to the log, and the error log, which
+/// keeps `notes` behind the lines of the report. What could not be written becomes a line of the report. Returns the
+/// exit code, which notes do not change.
+int FinishRun(Machine& machine, const LogForm& form, RunReport& report, const std::vector<std::string>& notes = {});
+
+/// Why the error log of a run that FinishRun has ended could not be written, as a sentence for the user; "" when it
+/// could, or needed not.
+[[nodiscard]] std::string WhyNoErrorLog(SystemInfo& system, const RunReport& report);
 
 }  // namespace marlok

@@ -39,7 +39,4 @@ class RunReport {
 /// The reason of a line, as a sentence for the user.
 [[nodiscard]] std::string ReasonOf(SystemInfo& system, const RunReport::Line& line);
 
-/// The lines of a report as the error log has them: path, colon, reason.
-[[nodiscard]] std::string ErrorLogText(SystemInfo& system, const RunReport& report);
-
 }  // namespace marlok

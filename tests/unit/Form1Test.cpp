@@ -328,6 +328,56 @@ TEST_F(Form1Test, AFailureIsToldInTheWindow) {
     EXPECT_EQ(program.session.exitCode, exitcode::somethingFailed);
 }
 
+TEST_F(Form1Test, TheWindowCannotBeClosedBeforeItsLogIsWritten) {
+    program.session.gShowMessage = true;
+    Form1& window = Load();
+    EXPECT_FALSE(window.MayClose());
+    Finish(window);
+    EXPECT_TRUE(window.MayClose());
+}
+
+TEST_F(Form1Test, ALogOutstandingIsWrittenWhenTheMainWindowIsClosed) {
+    Load();
+    EXPECT_THAT(RunLog(machine), IsEmpty());
+    program.windows.UnloadAll();
+    EXPECT_THAT(RunLog(machine), SizeIs(4));
+    EXPECT_EQ(program.session.exitCode, exitcode::allDone);
+}
+
+TEST_F(Form1Test, TheEndOfTheSessionIsHeldUpUntilTheLogIsWritten) {
+    Form1& window = Load();
+    EXPECT_EQ(machine.desktop.ShutdownReason(), "A backup is running.");
+    Finish(window);
+    EXPECT_EQ(machine.desktop.ShutdownReason(), "");
+}
+
+TEST_F(Form1Test, ARunStopsAfterTheFileBeingCopiedWhenTheSessionEnds) {
+    machine.faults.BeforeStep([this](const Step& step) {
+        if (step.operation == "Copy") {
+            static_cast<void>(machine.desktop.EndSession());
+            machine.clock.Advance(1000);
+        }
+    });
+    const Form1& window = Load();
+    machine.faults.BeforeStep({});
+    EXPECT_THAT(RunLog(machine), SizeIs(3)) << "at once";
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(testing::HasSubstr("stopped here because Windows")));
+    WaitFor(machine, program, [&] { return !window.Timer1.Running(); });
+    EXPECT_TRUE(window.Label3.Visible);
+    EXPECT_EQ(program.session.exitCode, exitcode::somethingFailed);
+}
+
+TEST_F(Form1Test, AnErrorLogThatCannotBeWrittenIsSaidInTheWindow) {
+    machine.Lock(R"(C:\Data\a.doc)");
+    machine.Seed({{Beside("Backup Error Log.txt"), "old"}});
+    machine.Lock(Beside("Backup Error Log.txt"));
+    const Form1& window = Run();
+    EXPECT_TRUE(window.IsVisible());
+    EXPECT_EQ(window.Label3.Caption.Get(),
+              "1 Failure. \"Backup Error Log.txt\" Could Not Be Written: the file is in use by another program (error "
+              "32)\r\nC:\\Data\\a.doc: the file is in use by another program (error 32)");
+}
+
 TEST_F(Form1Test, SeveralFailuresAreCounted) {
     machine.Lock(R"(C:\Data\a.doc)");
     machine.Lock(R"(C:\Data\Sub\b.txt)");

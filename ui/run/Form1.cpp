@@ -54,7 +54,7 @@ void Form1::PlaceWindow() {
 }
 
 void Form1::Form_Resize() {
-    LayOutResult(*this, {Label2, Label1, List2, &Label3, Command1});
+    LayOutResult(*this, {Label2, Label1, List2, Label3, Command1});
 }
 
 void Form1::Run() {
@@ -69,12 +69,13 @@ void Form1::Run() {
     countsFiles_ = IsWindowsME(system) || IsWindows98(system) || IsWindows95(system);
     session_.gNodesSorted = true;
     session_.gNodesExpanded = true;
+    run_.Begin();
     Show();
     Progress().Show();
     Progress().Refresh();
     const RunPlan plan{locations_, session_.gAllFiles,
                        countsFiles_ ? CopyMethod::copyCountingFiles : CopyMethod::copyWithProgress};
-    report_ = BackupRun(session_.machine, session_.Configuration(), plan, *this).Run();
+    run_.Copied(BackupRun(session_.machine, session_.Configuration(), plan, *this).Run());
     storage_.Clear();
     Status("Now Writing Log File, Please Wait!");
     session_.machine.desktop.ShowHourglass(true);
@@ -91,7 +92,8 @@ void Form1::Status(const std::string& text) {
     Progress().ShowStatus(text);
 }
 
-void Form1::LocationBegins(const Location& /*location*/) {
+void Form1::LocationBegins(const Location& location) {
+    run_.Enter(location);
     storage_.LocationBegins();
     folderCount_ = 0;
 }
@@ -131,7 +133,7 @@ void Form1::Breathe() {
 void Form1::Timer1_Timer() {
     Timer1.Stop();
     session_.gAppFolder = ProgramFolder(session_.machine.process.ProgramFolder());
-    session_.exitCode = FinishRun(session_.machine, interactiveLog, report_);
+    session_.exitCode = run_.Finish();
     Label1.Caption = "Total files copied was " + std::to_string(List2.ListCount());
     Label2.Caption = "Backup Has Been Completed";
     List2.Visible = true;
@@ -143,7 +145,8 @@ void Form1::Timer1_Timer() {
 
 void Form1::ShowResult() {
     Command1.Enabled = true;
-    ShowFailures(Label3, report_, backupFailures);
+    ShowFailures(Label3, session_.machine, run_.Report(), backupFailures);
+    Form_Resize();  // the failures may need more room
     if (session_.gShowMessage) {
         session_.machine.desktop.ShowHourglass(true);
         Status("ShortCut to Backup Log Being Created !");
@@ -171,6 +174,11 @@ void Form1::Command1_Click() {
 void Form1::Form_Unload() {
     session_.gNodesSorted = false;
     session_.gNodesExpanded = false;
+    // The main window may be closed while the log is still to be written.
+    if (run_.IsToBeRecorded()) {
+        session_.exitCode = run_.Finish();
+        session_.machine.desktop.ShowHourglass(false);
+    }
     Collection().UnloadAll();
 }
 
