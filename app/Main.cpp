@@ -12,6 +12,7 @@
 #include "fileops/Deleting.h"
 #include "fileops/Errors.h"
 #include "fileops/FolderFunctions.h"
+#include "fileops/PatientFiles.h"
 #include "fileops/txtFunctions.h"
 #include "text/Lines.h"
 #include "ui/frmSSTab.h"
@@ -139,8 +140,11 @@ void Main(Session& session, forms::Windows& windows) {
 }
 
 int RunProgram(Machine& machine, forms::ViewFactory* views) {
+    PatientFiles files(machine.files, machine.clock);
+    Machine patient{machine.registry, files,           machine.drives, machine.shell,  machine.desktop,
+                    machine.clock,    machine.process, machine.system, machine.browser};
     try {
-        return RunWindows(machine, views);
+        return RunWindows(patient, views);
     } catch (...) {
         return EndByException(machine);
     }

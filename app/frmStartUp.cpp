@@ -1,6 +1,7 @@
 #include "app/frmStartUp.h"
 
 #include "app/CommandLine.h"
+#include "engine/LogDate.h"
 #include "engine/RunLog.h"
 #include "fileops/WholeFiles.h"
 #include "forms/Area.h"

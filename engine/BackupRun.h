@@ -1,14 +1,9 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
-#include "engine/CopyLoop.h"
 #include "engine/RunPlan.h"
 #include "engine/RunReport.h"
 #include "engine/RunSink.h"
 #include "engine/SavePlaces.h"
-#include "fileops/FolderScan.h"
 #include "paths/Location.h"
 #include "platform/Machine.h"
 #include "settings/BackupSettings.h"
@@ -26,22 +21,11 @@ class BackupRun {
     BackupRun& operator=(const BackupRun&) = delete;
     ~BackupRun();
 
-    /// For each location: prepares it (clears what a killed run left; in copy-all mode empties it; makes it when
-    /// missing), backs up its sources, and adds what was copied to its list of original paths. Call it once.
+    /// Runs each location (see LocationRun). Call it once. What a run leaves for its user is written by FinishRun.
     [[nodiscard]] RunReport Run();
 
  private:
-    void BackupLocation(const Location& location);
-    void TryLocation(const Location& location);
-    void ClearKilledRun(const Location& location);
-    [[nodiscard]] bool PrepareFolder(const Location& location);
-    void EmptyLocation(const Location& location);
-    void BackupSources(CopyLoop& loop, const Location& location);
-    void TrySource(CopyLoop& loop, const Location& location, const std::string& source);
-    void BackupSource(CopyLoop& loop, const Location& location, const std::string& source);
-    [[nodiscard]] FolderScan ScanSource(const Location& location, const std::string& source);
-    void ReportUnlisted(const std::vector<FolderScan::Unlisted>& folders);
-    [[nodiscard]] bool ListOriginals(const Location& location, const std::vector<std::string>& originals);
+    [[nodiscard]] bool BackupLocation(const Location& location);
 
     Machine& machine_;
     BackupSettings settings_;

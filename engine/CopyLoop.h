@@ -1,33 +1,31 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "engine/ChangeRule.h"
 #include "engine/RunJournal.h"
 #include "engine/RunPlan.h"
 #include "engine/RunReport.h"
 #include "engine/RunSink.h"
 #include "engine/SavePlaces.h"
 #include "engine/SavedFolder.h"
-#include "fileops/FolderScan.h"
+#include "engine/SourceMap.h"
 #include "paths/Location.h"
 #include "platform/Machine.h"
+#include "platform/Volume.h"
 
 namespace marlok {
 
-/// Lower 32 bits of an entry's size.
-[[nodiscard]] std::uint32_t GetEntrySize(const DirectoryEntry& entry);
-
-/// -1, 0 or 1: the first entry was written earlier than the second, at the same time, or later.
-[[nodiscard]] int CompareWriteTimes(const DirectoryEntry& first, const DirectoryEntry& second);
-
-/// What a copy loop works with. All of it outlives the loop.
-struct CopyTools {
+/// What the parts of a run work with. All of it outlives them.
+struct RunTools {
     Machine& machine;
     const RunPlan& plan;
-    const SavePlaces& places;  ///< has entered the location
+    SavePlaces& places;
     RunSink& sink;
     RunReport& report;
 };
@@ -37,20 +35,25 @@ struct CopyTools {
 ///
 /// A saved copy is never torn: where one exists, the new copy is written beside it and takes its place when it is
 /// whole; where none exists the copy goes straight to its place, under the run's journal. A copy that fails is reported
-/// and not listed.
+/// and not listed. Two originals never share a saved copy: the one whose source comes first has it, the other one is
+/// reported.
 class CopyLoop {
  public:
-    CopyLoop(const CopyTools& tools, const Location& location);
+    /// `sources` are all sources of the location, `map` is theirs; both outlive this object, and so does `journal`.
+    CopyLoop(const RunTools& tools, const Location& location, RunJournal& journal, std::vector<ScannedSource>& sources,
+             const SourceMap& map);
+
+    /// Sources that are found unchanged are to be listed too: the list of original paths has been lost.
+    void ListUnchanged() { listsUnchanged_ = true; }
 
     /// Backs up one source: the source itself, then every folder below it. Uses up what the scan has kept.
-    void BackupSource(const std::string& source, FolderScan& scan);
+    void BackupSource(std::size_t source);
 
     /// The sources that were copied and are not listed yet, in their order; handed over once.
     [[nodiscard]] std::vector<std::string> TakeOriginals() { return std::exchange(originals_, {}); }
 
-    /// Ends the location's journal. When the original paths could not be listed it is left for the next run, which
-    /// lists them.
-    void Finish(bool listed);
+    /// True when another run has been found at work in the location: nothing more is written there.
+    [[nodiscard]] bool Abandoned() const { return abandoned_; }
 
  private:
     /// A file that the change rule has chosen.
@@ -62,42 +65,64 @@ class CopyLoop {
         bool replaces;
     };
 
-    void BackupEntry(ScannedFolder& entry);
-    void BackupFileEntry(const std::string& source, const std::string& target);
-    void BackupFolderEntry(ScannedFolder& folder, const std::string& target);
-    void BackupThisFile(const DirectoryEntry& entry, const std::string& source, const std::string& target);
-    void BackupFolderFiles(const std::vector<DirectoryEntry>& entries, const std::string& source,
-                           const std::string& target, const SavedFolder& saved);
+    /// A folder, or a single file, that is being worked on.
+    struct Work {
+        const ScannedSource& source;
+        std::string from;    ///< the folder
+        std::string target;  ///< where its files go
+        bool contested;      ///< files of other originals go there too
+    };
+
+    void BackupFile(std::size_t source);
+    void BackupFolder(std::size_t source, std::size_t folder);
+    [[nodiscard]] bool IsDone(std::size_t source, std::size_t folder, const SourceMap::Place& place, bool& contested);
+    [[nodiscard]] bool IsPartOfFolder(std::size_t source, bool& contested);
     [[nodiscard]] SystemError ListFiles(ScannedFolder& folder, std::vector<DirectoryEntry>& entries);
-
-    /// Applies the change rule: adds the file to `chosen`, or counts it as unchanged or failed.
-    void Choose(const DirectoryEntry& entry, const std::string& source, const std::string& target,
-                const DirectoryEntry* savedCopy, std::vector<Chosen>& chosen);
-
+    [[nodiscard]] bool BeginWriting();
     [[nodiscard]] SystemError MakeTargetFolders(const std::string& folder, SavedFolder& saved);
-    void CopyAll(const std::vector<Chosen>& chosen);
-    void CopyAndAccount(const Chosen& file, bool recorded);
+    void BackupFolderFiles(const Work& work, std::vector<DirectoryEntry>& entries, const SavedFolder& saved);
+    void BackupThisFile(const Work& work, const DirectoryEntry& entry);
+
+    /// Applies the change rule: adds the file to `chosen`, or counts it as unchanged, different or failed.
+    void Choose(const Work& work, DirectoryEntry& entry, const SavedFolder::Found& saved, std::vector<Chosen>& chosen);
+    void Decide(const Work& work, const DirectoryEntry& entry, const Chosen& file, const DirectoryEntry& saved,
+                std::vector<Chosen>& chosen);
+    [[nodiscard]] std::string WhyTaken(const Work& work, const Chosen& file, const SavedFolder::Found& saved);
+    [[nodiscard]] std::string OtherOriginal(const std::string& source, const std::string& target);
+    [[nodiscard]] static std::string ClaimKey(const FileIdentity& identity);
+    void Claim(const Work& work, const std::string& source, const std::string& target);
+
+    void CopyAll(const Work& work, const std::vector<Chosen>& chosen);
+    void CopyAndAccount(const Work& work, const Chosen& file, bool recorded);
     [[nodiscard]] bool RecordGroup(std::span<const Chosen> group);
     [[nodiscard]] SystemError CopyFile(const std::string& source, const std::string& target, std::uint32_t flags);
-    [[nodiscard]] SystemError CopyOne(const Chosen& file, bool recorded);
+    [[nodiscard]] SystemError CopyBytes(const std::string& source, const std::string& target, std::uint32_t flags);
+    [[nodiscard]] SystemError CopyOne(const Work& work, const Chosen& file, bool recorded, std::string& taken);
     [[nodiscard]] SystemError CopyStraight(const Chosen& file);
     [[nodiscard]] SystemError CopyBeside(const Chosen& file);
     [[nodiscard]] JournalEntry AsJournalEntry(const Chosen& file) const;
-    void ReportUnlisted(const std::string& source, SystemError code);
-    void ReportPassedOver(const std::string& folder);
+    [[nodiscard]] bool ResolveLink(const std::string& source, DirectoryEntry& entry);
 
     /// Reports a file that is not saved, and counts it.
     void Refuse(const std::string& source, const std::string& reason);
+    void Fail(const Chosen& file, SystemError code);
 
     Machine& machine_;
     FileSystem& files_;
     const RunPlan& plan_;
-    const SavePlaces& places_;
+    SavePlaces& places_;
     RunSink& sink_;
     RunReport& report_;
     Location location_;
-    RunJournal journal_;
+    RunJournal& journal_;
+    std::vector<ScannedSource>& sources_;
+    const SourceMap& map_;
+    std::vector<SavePlaces::Rival> rivals_;
+    Volume volume_;  ///< that the location lies on
     std::vector<std::string> originals_;
+    std::map<std::string, std::string> claims_;  ///< contested saved files, by identity, and whose they are
+    bool listsUnchanged_ = false;
+    bool abandoned_ = false;
 };
 
 }  // namespace marlok

@@ -2,8 +2,7 @@
 
 #include <memory>
 
-#include "engine/AbsentDrives.h"
-#include "engine/RunLog.h"
+#include "engine/LogDate.h"
 #include "fileops/Deleting.h"
 #include "fileops/Errors.h"
 #include "fileops/WholeFiles.h"
@@ -41,12 +40,16 @@ bool IsInUse(SystemError code) {
 
 std::vector<std::string> ErrorLogLines(Machine& machine, const RunReport& report, const std::string& again) {
     AbsentDrives drives(machine.files, again);
+    return ErrorLogLines(machine.system, drives, report);
+}
+
+std::vector<std::string> ErrorLogLines(SystemInfo& system, AbsentDrives& drives, const RunReport& report) {
     std::vector<std::string> lines;
     lines.reserve(report.Lines().size());
     for (const RunReport::Line& line : report.Lines()) {
         std::string reason = line.reason.empty() ? drives.Sentence(line.path, line.code) : "";
         if (reason.empty()) {
-            reason = ReasonOf(machine.system, line);
+            reason = ReasonOf(system, line);
         }
         lines.push_back(line.path + ": " + reason);
     }

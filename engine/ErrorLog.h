@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/AbsentDrives.h"
 #include "engine/RunReport.h"
 #include "platform/Machine.h"
 
@@ -12,6 +13,9 @@ namespace marlok {
 /// says so, with what to do: see AbsentDrives for `again`.
 [[nodiscard]] std::vector<std::string> ErrorLogLines(Machine& machine, const RunReport& report,
                                                      const std::string& again);
+
+/// The same; `drives` remembers which are missing, so that they are not searched for once more.
+[[nodiscard]] std::vector<std::string> ErrorLogLines(SystemInfo& system, AbsentDrives& drives, const RunReport& report);
 
 /// "Backup Error Log.txt" beside the program: what could not be done.
 ///

@@ -1,24 +1,15 @@
 #include "engine/RunLog.h"
 
-#include <array>
-#include <cstdio>
-
+#include "engine/AbsentDrives.h"
+#include "engine/BackupReport.h"
 #include "engine/ErrorLog.h"
+#include "engine/LogDate.h"
 #include "fileops/WholeFiles.h"
 #include "paths/Path.h"
 #include "paths/ProgramFiles.h"
 #include "settings/BackupSettings.h"
 
 namespace marlok {
-
-namespace {
-
-constexpr std::array<const char*, 7> dayNames{"Sunday",   "Monday", "Tuesday", "Wednesday",
-                                              "Thursday", "Friday", "Saturday"};
-constexpr std::array<const char*, 12> monthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-
-}  // namespace
 
 const LogForm interactiveLog{
     "Total files copied ",  " ", " was ", programfile::runLog, "Backup Log File", "Backup Log File",
@@ -29,19 +20,6 @@ const LogForm unattendedLog{
 const LogForm replacementLog{
     "Total files replaced ",   " At ", " was ", programfile::replacedLog, "Replaced File Log", "Replaced Log File",
     "replace the files again", false};
-
-std::string FormatLogDate(const LocalTime& time) {
-    return std::string(dayNames.at(static_cast<std::size_t>(time.weekday))) + ", " +
-           monthNames.at(static_cast<std::size_t>(time.month - 1)) + " " + std::to_string(time.day) + " " +
-           std::to_string(time.year);
-}
-
-std::string FormatLogTime(const LocalTime& time) {
-    const int hour = time.hour % 12 == 0 ? 12 : time.hour % 12;
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%02d:%02d %s", hour, time.minute, time.hour < 12 ? "AM" : "PM");
-    return text.data();
-}
 
 std::string LogText(const std::string& header, const std::vector<std::string>& lines) {
     std::string text = header + "\r\n";
@@ -90,16 +68,19 @@ int FinishRun(Machine& machine, const LogForm& form, RunReport& report, const st
     if (linked != error::success) {
         report.Add(std::string(form.shortcut) + ".lnk", linked);
     }
-    const int exitCode = report.Lines().empty() ? exitcode::allDone : exitcode::somethingFailed;
-    if (form.clearsErrorLog || !report.Lines().empty()) {
-        std::vector<std::string> lines = ErrorLogLines(machine, report, form.again);
+    AbsentDrives drives(machine.files, form.again);
+    if (form.isBackup) {
+        WriteBackupReport(machine, drives, report);
+    }
+    if (form.isBackup || !report.Lines().empty()) {
+        std::vector<std::string> lines = ErrorLogLines(machine.system, drives, report);
         lines.insert(lines.end(), notes.begin(), notes.end());
         const SystemError told = ErrorLog(machine).Write(lines);
         if (told != error::success) {
             report.Add(programfile::errorLog, told);
         }
     }
-    return exitCode;
+    return report.Lines().empty() ? exitcode::allDone : exitcode::somethingFailed;
 }
 
 std::string WhyNoErrorLog(SystemInfo& system, const RunReport& report) {

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "engine/RunReport.h"
-#include "platform/Clock.h"
 #include "platform/Machine.h"
 
 /// The log that every run ends with, and the desktop shortcut to it.
@@ -26,17 +25,11 @@ struct LogForm {
     const char* shortcut;     ///< file name of the shortcut, without its extension
     const char* description;  ///< of the shortcut
     const char* again;        ///< what to do once a drive that was missing is there: see AbsentDrives
-    bool clearsErrorLog;  ///< a run without failures removes the error log; else it tells what is not saved, and stays
+    bool isBackup;            ///< it has a report and a history, and without failures it removes the error log
 };
 extern const LogForm interactiveLog;  ///< a run that a person watches
 extern const LogForm unattendedLog;
 extern const LogForm replacementLog;  ///< saved files copied back over their originals
-
-/// "Sunday, Nov 15 2026": English names whatever the user's language.
-[[nodiscard]] std::string FormatLogDate(const LocalTime& time);
-
-/// "05:12 PM".
-[[nodiscard]] std::string FormatLogTime(const LocalTime& time);
 
 /// The text of a log: `header`, and when `lines` holds any, an empty line and its items up to the first that is "" or
 /// "0". Every line ends in a carriage return and a line feed.
@@ -48,9 +41,10 @@ extern const LogForm replacementLog;  ///< saved files copied back over their or
 /// Makes the lines of the report the error log: see ErrorLog.
 SystemError WriteErrorLog(Machine& machine, const RunReport& report);
 
-/// Ends a run: writes its log with the paths in `report.written`, the shortcut to the log, and the error log, which
-/// keeps `notes` behind the lines of the report. What could not be written becomes a line of the report. Returns the
-/// exit code, which notes do not change.
+/// Ends a run: writes its log with the paths in `report.written`, the shortcut to the log, for a backup its report and
+/// the line of the history, and last the error log, which keeps `notes` behind the lines of the report. What could not
+/// be written becomes a line of the report; so each of these files knows what failed before it, and the error log all.
+/// Returns the exit code, which notes do not change.
 int FinishRun(Machine& machine, const LogForm& form, RunReport& report, const std::vector<std::string>& notes = {});
 
 /// Why the error log of a run that FinishRun has ended could not be written, as a sentence for the user; "" when it

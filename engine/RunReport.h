@@ -4,21 +4,40 @@
 #include <string>
 #include <vector>
 
+#include "paths/Location.h"
+#include "platform/Clock.h"
 #include "platform/SystemError.h"
 #include "platform/SystemInfo.h"
 
 namespace marlok {
 
 /// What became of the files of a run, and what could not be done. Every file that a run lists ends in exactly one of
-/// the three counts.
+/// the four counts.
 class RunReport {
  public:
     std::uint64_t copied = 0;
     std::uint64_t unchanged = 0;
     std::uint64_t failed = 0;
 
+    /// Sources that differ from their saved copies and were passed over, being older or of the same time.
+    std::vector<std::string> different;
+
+    std::uint64_t bytes = 0;         ///< of the files copied
+    LocalTime start;                 ///< when the run began
+    std::uint64_t milliseconds = 0;  ///< how long it took
+
     /// Full paths of the files that were written, in their order: saved copies, or originals put back.
     std::vector<std::string> written;
+
+    /// A location that was run, by its path.
+    struct Outcome {
+        std::string location;
+        bool well = true;
+    };
+    std::vector<Outcome> outcomes;
+
+    /// All backup locations when the run began, run or not.
+    std::vector<Location> configured;
 
     /// Something that could not be done: a path and the reason. Files are counted apart from this.
     struct Line {
@@ -32,8 +51,14 @@ class RunReport {
 
     [[nodiscard]] const std::vector<Line>& Lines() const { return lines_; }
 
+    /// Something that the user should know and that is no failure.
+    void Note(const std::string& path, const std::string& what) { notes_.push_back({path, error::success, what}); }
+
+    [[nodiscard]] const std::vector<Line>& Notes() const { return notes_; }
+
  private:
     std::vector<Line> lines_;
+    std::vector<Line> notes_;
 };
 
 /// The reason of a line, as a sentence for the user.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "fileops/FolderScan.h"
@@ -39,8 +40,18 @@ class RunSink {
     /// than that needs.
     virtual void Breathe() {}
 
-    /// False to end the run: before the next location, source or file.
+    /// False to end the run: before the next location, source or file, and within a file at the next block.
     [[nodiscard]] virtual bool GoOn() { return true; }
+
+    /// What no source has any more in a location that is a whole drive.
+    struct WholeDrive {
+        std::string location;
+        std::uint64_t files = 0;
+        std::uint64_t bytes = 0;
+    };
+
+    /// Whether all of that may be deleted. Where nobody can be asked, only what earlier runs have saved goes.
+    [[nodiscard]] virtual bool MayDeleteAll(const WholeDrive& /*found*/) { return false; }
 };
 
 }  // namespace marlok

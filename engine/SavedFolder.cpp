@@ -1,58 +1,68 @@
 #include "engine/SavedFolder.h"
 
-#include <memory>
+#include <algorithm>
 
+#include "fileops/FolderListing.h"
 #include "paths/Path.h"
-#include "text/Text.h"
 
 namespace marlok {
 
+namespace {
+
+bool IsForeign(const std::string& name) {
+    return std::ranges::any_of(name, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+}
+
+/// Every volume folds these, whatever its table.
+std::string PlainFold(std::string name) {
+    std::ranges::transform(name, name.begin(),
+                           [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+    return name;
+}
+
+}  // namespace
+
 SystemError SavedFolder::Read(FileSystem& files, const std::string& folder) {
     *this = SavedFolder();
-    std::unique_ptr<FolderSearch> search;
-    DirectoryEntry entry;
-    SystemError code = files.FindFirst(AddBackslash(folder) + "*.*", search, entry);
-    while (code == error::success) {
-        if (entry.name != "." && entry.name != "..") {
-            const std::size_t index = entries_.size();
-            if (!byFoldedName_.try_emplace(text::Fold(entry.name), index).second) {
-                sameButForCase_.try_emplace(entry.name, index);
-            }
-            entries_.push_back(std::move(entry));
-            entry = DirectoryEntry();
-        }
-        code = search->Next(entry);
-    }
-    const bool complete = code == error::noMoreFiles || (code == error::fileNotFound && entries_.empty());
-    if (!complete) {
+    folder_ = folder;
+    const SystemError code = ListFolder(files, folder, [this](DirectoryEntry& entry) {
+        const std::size_t index = entries_.size();
+        byName_.try_emplace(entry.name, index);
+        byPlainFold_.try_emplace(PlainFold(entry.name), index);
+        anyAlias_ = anyAlias_ || !entry.alternateName.empty();
+        entries_.push_back(std::move(entry));
+        return true;
+    });
+    if (code != error::success) {
         *this = SavedFolder();
-        return code;
+        folder_ = folder;
     }
-    return error::success;
+    return code;
 }
 
-const DirectoryEntry* SavedFolder::Find(const std::string& name) const {
-    if (!sameButForCase_.empty()) {
-        const auto exact = sameButForCase_.find(name);
-        if (exact != sameButForCase_.end()) {
-            return &entries_[exact->second];
-        }
-    }
-    const std::string folded = text::Fold(name);
-    const auto found = byFoldedName_.find(folded);
-    if (found != byFoldedName_.end()) {
-        return &entries_[found->second];
-    }
-    return name.find('~') == std::string::npos ? nullptr : FindAlias(folded);
+/// False when no entry can be taken for `name`, by whatever table. A letter beyond ASCII may fold to one of ASCII on
+/// some volumes, and the other way round.
+bool SavedFolder::MayHold(const std::string& name) const {
+    return IsForeign(name) || byPlainFold_.contains(PlainFold(name)) ||
+           (anyAlias_ && name.find('~') != std::string::npos);
 }
 
-const DirectoryEntry* SavedFolder::FindAlias(const std::string& folded) const {
-    for (const DirectoryEntry& entry : entries_) {
-        if (!entry.alternateName.empty() && text::Fold(entry.alternateName) == folded) {
-            return &entry;
-        }
+SavedFolder::Found SavedFolder::Find(FileSystem& files, const std::string& name) const {
+    if (entries_.empty()) {
+        return {};
     }
-    return nullptr;
+    const auto found = byName_.find(name);
+    if (found != byName_.end()) {
+        return {error::success, entries_[found->second]};
+    }
+    return MayHold(name) ? FindOnVolume(files, Join(folder_, name)) : Found();
+}
+
+SavedFolder::Found FindOnVolume(FileSystem& files, const std::string& path) {
+    SavedFolder::Found found;
+    std::unique_ptr<FolderSearch> search;
+    found.code = files.FindFirst(path, search, found.entry);
+    return found;
 }
 
 }  // namespace marlok

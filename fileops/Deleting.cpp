@@ -30,11 +30,7 @@ SystemError DeleteTree(FileSystem& files, const std::string& folder) {
     for (const DirectoryEntry& entry : entries) {
         Remember(first, DeleteEntry(files, Join(folder, entry.name), entry));
     }
-    SystemError removed = files.RemoveFolder(folder);
-    if (removed == error::accessDenied && files.SetAttributes(folder, attribute::normal) == error::success) {
-        removed = files.RemoveFolder(folder);
-    }
-    Remember(first, removed);
+    Remember(first, RemoveEmptyFolder(files, folder));
     return first;
 }
 
@@ -83,6 +79,14 @@ SystemError ForceDelete(FileSystem& files, const std::string& path) {
     SystemError code = files.Delete(path);
     if (code == error::accessDenied && files.SetAttributes(path, attribute::normal) == error::success) {
         code = files.Delete(path);
+    }
+    return code;
+}
+
+SystemError RemoveEmptyFolder(FileSystem& files, const std::string& path) {
+    SystemError code = files.RemoveFolder(path);
+    if (code == error::accessDenied && files.SetAttributes(path, attribute::normal) == error::success) {
+        code = files.RemoveFolder(path);
     }
     return code;
 }

@@ -11,6 +11,9 @@ namespace marlok {
 /// Deletes a file; a read-only one too.
 [[nodiscard]] SystemError ForceDelete(FileSystem& files, const std::string& path);
 
+/// Removes an empty folder; a read-only one too.
+[[nodiscard]] SystemError RemoveEmptyFolder(FileSystem& files, const std::string& path);
+
 /// Deletes a file, a link, or a folder with everything in it. Links go, what they lead to stays; a link that cannot be
 /// removed stays, and so do the folders that it lies in. Returns the first error: `error::fileNotFound` or
 /// `error::pathNotFound` when nothing is there. Roots are refused with `error::accessDenied`.

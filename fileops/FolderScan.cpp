@@ -1,24 +1,28 @@
 #include "fileops/FolderScan.h"
 
 #include <algorithm>
-#include <limits>
+#include <unordered_set>
 #include <utility>
 
 #include "fileops/FolderListing.h"
+#include "fileops/SystemFolders.h"
 #include "paths/Path.h"
-#include "paths/Roots.h"
-#include "platform/RuntimeError.h"
+#include "text/Text.h"
 
 namespace marlok {
 
 namespace {
 
-constexpr std::size_t mostFolders = std::numeric_limits<std::int16_t>::max();
-
 struct FoundFolder {
     std::string name;
     bool link = false;
+    bool hiddenByWindows = false;
 };
+
+bool IsHiddenByWindows(const DirectoryEntry& entry) {
+    constexpr std::uint32_t both = attribute::hidden | attribute::system;
+    return (entry.attributes & both) == both;
+}
 
 /// One folder on the way from the root to where the scan is. `finalPath` is its path with links resolved, so that a
 /// link back to any folder of the way is known for what it is.
@@ -31,10 +35,14 @@ struct Level {
 
 class Scanner {
  public:
-    Scanner(FileSystem& files, const ScanOptions& options) : files_(files), options_(options) {}
+    Scanner(FileSystem& files, const ScanOptions& options) : files_(files), options_(options) {
+        for (const std::string& path : options.leftOut) {
+            leftOut_.insert(text::Fold(WithoutBackslash(path)));
+        }
+    }
 
     FolderScan Run(const std::string& root) {
-        Enter({root, ScannedFolder::noParent, root.size(), {}}, FinalPathOf(root));
+        Enter({root, ScannedFolder::noParent, root.size(), {}}, FinalPathOf(root), false);
         while (!way_.empty()) {
             Level& level = way_.back();
             if (level.next == level.below.size()) {
@@ -54,16 +62,26 @@ class Scanner {
         if (folder.link && !MayDescend(finalPath)) {
             return;
         }
-        if (!options_.locationFinalPath.empty() && IsAtOrBelow(finalPath, options_.locationFinalPath)) {
+        if (IsLeftOut(finalPath, folder.link)) {
             return;
         }
-        Enter({path, level.folder, folder.name.size(), {}}, std::move(finalPath));
+        Enter({path, level.folder, folder.name.size(), {}}, std::move(finalPath),
+              folder.link && folder.hiddenByWindows);
     }
 
-    void Enter(ScannedFolder folder, std::string finalPath) {
+    /// Below a folder that is entered step by step, what is left out is met at its top; a link may lead into its midst.
+    [[nodiscard]] bool IsLeftOut(const std::string& finalPath, bool link) const {
+        if (link) {
+            return std::ranges::any_of(options_.leftOut,
+                                       [&](const std::string& path) { return IsAtOrBelow(finalPath, path); });
+        }
+        return !leftOut_.empty() && leftOut_.contains(text::Fold(finalPath));
+    }
+
+    void Enter(ScannedFolder folder, std::string finalPath, bool mayBeClosed) {
         const std::size_t index = scan_.folders.size();
         scan_.folders.push_back(std::move(folder));
-        std::vector<FoundFolder> below = ListInto(scan_.folders.back());
+        std::vector<FoundFolder> below = ListInto(scan_.folders.back(), mayBeClosed);
         way_.push_back({index, std::move(finalPath), std::move(below)});
         if (options_.meanwhile) {
             options_.meanwhile();
@@ -72,24 +90,22 @@ class Scanner {
 
     /// Keeps the files of `folder` and returns its folders. Gathered before any of them is entered: one open search for
     /// the whole scan.
-    std::vector<FoundFolder> ListInto(ScannedFolder& folder) {
+    std::vector<FoundFolder> ListInto(ScannedFolder& folder, bool mayBeClosed) {
         std::vector<FoundFolder> below;
         std::vector<DirectoryEntry> found;
-        bool first = HasDriveRoot(folder.path) && IsRoot(folder.path);
         const SystemError code = ListFolder(files_, folder.path, [&](DirectoryEntry& entry) {
             if (!entry.IsFolder()) {
                 entry.alternateName.clear();  // only saved copies are looked up by it
                 found.push_back(std::move(entry));
-            } else if (first) {
-                scan_.missed.push_back(Join(folder.path, entry.name));
-            } else if (below.size() == mostFolders) {
-                throw RuntimeError(runtimeerror::overflow, "Overflow");
-            } else {
-                below.push_back({TrimAtNull(entry.name), entry.IsLink()});
+            } else if (!IsSystemFolderOfRoot(entry, folder.path)) {
+                below.push_back({TrimAtNull(entry.name), entry.IsLink(), IsHiddenByWindows(entry)});
             }
-            first = false;
             return true;
         });
+        if (code == error::accessDenied && mayBeClosed) {
+            folder.files.emplace();
+            return {};
+        }
         if (code != error::success) {
             scan_.unlisted.push_back({WithoutBackslash(folder.path), code});
         } else if (kept_ + found.size() <= options_.entriesKept) {
@@ -114,6 +130,7 @@ class Scanner {
     FolderScan scan_;
     std::vector<Level> way_;
     std::size_t kept_ = 0;
+    std::unordered_set<std::string> leftOut_;  ///< folded
 };
 
 }  // namespace

@@ -29,9 +29,9 @@ struct ScannedFolder {
 
 /// How a folder scan is run.
 struct ScanOptions {
-    /// The backup location that is being written, with links resolved; folders at or below it are left out, or each run
-    /// would nest the last one deeper. "" when nothing is left out.
-    std::string locationFinalPath;
+    /// Folders, with links resolved, that are left out with all that lies below them: backup locations, or each run
+    /// would nest the last one deeper.
+    std::vector<std::string> leftOut;
 
     /// How many file entries may be kept, about 150 bytes each; what is over is listed again.
     std::size_t entriesKept = 200'000;
@@ -45,10 +45,9 @@ struct FolderScan {
     /// The folder scanned, then every folder below it: pre-order, siblings in the order of the file system.
     std::vector<ScannedFolder> folders;
 
-    /// Folders that the scan did not see although they are there, with links that were not descended left out.
-    std::vector<std::string> missed;
-
-    /// Folders that could not be listed to their end, and why: folders below them may be missing from the scan.
+    /// Folders that could not be listed to their end, and why: folders below them may be missing from the scan. Links
+    /// that the system itself hides and lets nobody list are not among them: there is nothing to save behind them that
+    /// does not lie elsewhere.
     struct Unlisted {
         std::string path;
         SystemError code;
@@ -58,11 +57,8 @@ struct FolderScan {
 
 /// Finds every folder at or below `root`, and the files in them.
 ///
-/// The first entry of every listing is accepted unchecked. In an ordinary folder it is "."; at a drive's root it is an
-/// entry like any other, and if that is a folder it is not scanned: deliberate, and told in `missed`.
-///
-/// A link to a folder above itself, or round and round through several links, is left out; other links are descended.
-/// @throws RuntimeError 6 when a folder has more than 32,767 folders directly in it.
+/// Folders that the system keeps for itself in a drive's root are left out. A link to a folder above itself, or round
+/// and round through several links, is left out; other links are descended.
 [[nodiscard]] FolderScan ScanFolders(FileSystem& files, const std::string& root, const ScanOptions& options);
 
 /// `text` up to its first zero character.

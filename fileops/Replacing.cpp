@@ -3,14 +3,14 @@
 namespace marlok {
 
 SystemError ForceReplace(FileSystem& files, const std::string& from, const std::string& to) {
-    SystemError code = files.Move(from, to, true);
+    SystemError code = files.Move(from, to, moveflag::replace);
     DirectoryEntry old;
     if (code != error::accessDenied || files.GetEntry(to, old) != error::success ||
         (old.attributes & attribute::readOnly) == 0) {
         return code;
     }
     if (files.SetAttributes(to, old.attributes & ~attribute::readOnly) == error::success) {
-        code = files.Move(from, to, true);
+        code = files.Move(from, to, moveflag::replace);
         if (code != error::success) {
             // The file that stays keeps its attributes; failing to restore them is not worth losing `code`.
             static_cast<void>(files.SetAttributes(to, old.attributes));

@@ -53,7 +53,10 @@ class Property {
     Property& operator=(T value);
 
     /// A text may be given as a literal.
-    Property& operator=(const char* text) requires std::is_same_v<T, std::string> { return *this = std::string(text); }
+    Property& operator=(const char* text) requires std::is_same_v<T, std::string> {
+        *this = std::string(text);
+        return *this;
+    }
 
  private:
     Control& owner_;

@@ -35,10 +35,6 @@ std::string Location::OriginalList(const ProgramFolder& folder) const {
     return folder.PathOf(name_ + ".txt");
 }
 
-std::string Location::Journal() const {
-    return Below(workingfile::journal);
-}
-
 std::string Location::Below(std::string_view relative) const {
     return Join(path_, relative);
 }

@@ -26,9 +26,6 @@ class Location {
     /// Its list of original paths, a text file beside the program or in a folder there.
     [[nodiscard]] std::string OriginalList(const ProgramFolder& folder) const;
 
-    /// Its journal of the copies in progress.
-    [[nodiscard]] std::string Journal() const;
-
     /// Full path of what lies in the location under a relative path.
     [[nodiscard]] std::string Below(std::string_view relative) const;
 

@@ -13,6 +13,8 @@ inline constexpr const char* command = "Command.txt";
 inline constexpr const char* deleteFolder = "DeleteFolder.txt";
 inline constexpr const char* runLog = "Backup Log File.txt";
 inline constexpr const char* errorLog = "Backup Error Log.txt";
+inline constexpr const char* report = "Backup Report.txt";
+inline constexpr const char* history = "Backup History.txt";
 inline constexpr const char* replacedLog = "Replaced File Log.txt";
 inline constexpr const char* restartSource = "Restart.sec";
 inline constexpr const char* restartProgram = "Restart.exe";
@@ -20,8 +22,8 @@ inline constexpr const char* animation = "pc21.gif";
 inline constexpr const char* help = "Backup.hlp";
 
 /// All of them: what no list of original paths and no saved copy may take the place of.
-inline constexpr std::array all{program,     command,       deleteFolder,   runLog,    errorLog,
-                                replacedLog, restartSource, restartProgram, animation, help};
+inline constexpr std::array all{program, command,     deleteFolder,  runLog,         errorLog,  report,
+                                history, replacedLog, restartSource, restartProgram, animation, help};
 
 /// True for the name of one of the program's files, in any letter case.
 [[nodiscard]] bool IsProgramFile(std::string_view name);

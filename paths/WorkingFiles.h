@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 /// Names of the files that the program keeps while it writes. None of them outlives a run that ends by itself; none is
@@ -9,11 +10,15 @@ namespace marlok::workingfile {
 /// What all of them begin with.
 inline constexpr std::string_view prefix = "~Marlok Backup.";
 
-/// Journal of the copies in progress, in the backup location.
+/// Journal of the copies in progress, in the backup location: as it was called while it bore no computer's name, and
+/// that of a computer.
 inline constexpr std::string_view journal = "~Marlok Backup.run";
+[[nodiscard]] std::string JournalOf(std::string_view computer);
 
-/// The new copy of a file that has a saved copy already, beside that copy.
+/// The new copy of a file that has one already, beside that one: an original being put back; and a saved copy being
+/// renewed by a computer.
 inline constexpr std::string_view part = "~Marlok Backup.part";
+[[nodiscard]] std::string PartOf(std::string_view computer);
 
 /// A text file of ours that is being written, beside the file it will replace.
 inline constexpr std::string_view newText = "~Marlok Backup.new";

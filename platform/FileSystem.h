@@ -22,8 +22,10 @@ inline constexpr std::uint32_t system = 0x4;
 inline constexpr std::uint32_t directory = 0x10;
 inline constexpr std::uint32_t archive = 0x20;
 inline constexpr std::uint32_t normal = 0x80;
+inline constexpr std::uint32_t temporary = 0x100;
 inline constexpr std::uint32_t reparsePoint = 0x400;
 inline constexpr std::uint32_t offline = 0x1000;  ///< its content is kept elsewhere
+inline constexpr std::uint32_t notIndexed = 0x2000;
 inline constexpr std::uint32_t encrypted = 0x4000;
 inline constexpr std::uint32_t recallOnDataAccess = 0x400000;  ///< reading it downloads it
 }  // namespace attribute

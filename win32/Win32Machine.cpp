@@ -11,6 +11,7 @@
 #include "win32/machine/Win32Registry.h"
 #include "win32/machine/Win32Shell.h"
 #include "win32/machine/Win32SystemInfo.h"
+#include "win32/views/NativeLoop.h"
 #include "win32/views/NativeViews.h"
 #include "win32/views/Win32Desktop.h"
 
@@ -23,7 +24,7 @@ struct Win32Machine::Services {
     Win32Registry registry;
     Win32FileSystem files;
     Win32Drives drives;
-    Win32Shell shell{loop};
+    Win32Shell shell{[this] { return loop.ActiveWindow(); }};
     Win32Desktop desktop{loop};
     Win32Clock clock;
     Win32Process process;

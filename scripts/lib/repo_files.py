@@ -11,8 +11,9 @@ _NOT_OURS = {"build", "dist", ".git", ".cache"}
 
 
 def repo_files(*suffixes: str) -> list[Path]:
-    """Paths relative to the repository, sorted. Files that are new and not yet added count; ignored ones do not. In a
-    copy of the repository without its history, every file outside the build folders."""
+    """Paths relative to the repository, sorted: those that end so, or all of them. Files that are new and not yet added
+    count; ignored ones do not. In a copy of the repository without its history, every file outside the build
+    folders."""
     listing = subprocess.run(
         ["git", "-c", f"safe.directory={REPO}", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
         cwd=REPO,
@@ -25,4 +26,5 @@ def repo_files(*suffixes: str) -> list[Path]:
     else:
         names = [path.relative_to(REPO) for path in REPO.rglob("*") if path.is_file()]
         names = [name for name in names if name.parts[0] not in _NOT_OURS]
-    return sorted({name for name in names if name.suffix in suffixes and (REPO / name).is_file()})
+    wanted = [name for name in names if not suffixes or name.suffix in suffixes]
+    return sorted({name for name in wanted if (REPO / name).is_file()})

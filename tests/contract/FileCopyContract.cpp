@@ -95,6 +95,60 @@ TEST_F(FileCopyContract, AMissingFolderOnEitherSideIsPathNotFound) {
     EXPECT_EQ(files.Copy(In("from"), In("absent\\to"), copyflag::none, {}), error::pathNotFound);
 }
 
+TEST_F(FileCopyContract, AFileOnTheWayIsPathNotFound) {
+    Put(In("from"), "x");
+    Put(In("file"), "y");
+    EXPECT_EQ(files.Copy(In("file\\from"), In("to"), copyflag::none, {}), error::pathNotFound);
+    EXPECT_EQ(files.Copy(In("from"), In("file\\to"), copyflag::none, {}), error::pathNotFound);
+}
+
+TEST_F(FileCopyContract, TheEmptyPathIsPathNotFound) {
+    Put(In("from"), "x");
+    EXPECT_EQ(files.Copy("", In("to"), copyflag::none, {}), error::pathNotFound);
+    EXPECT_EQ(files.Copy(In("from"), "", copyflag::none, {}), error::pathNotFound);
+}
+
+TEST_F(FileCopyContract, AFileIsNotCopiedOntoItself) {
+    Put(In("from"), "kept");
+    EXPECT_EQ(files.Copy(In("from"), In("from"), copyflag::none, {}), error::sharingViolation);
+    EXPECT_EQ(files.Copy(In("from"), In("FROM"), copyflag::restartable, {}), error::sharingViolation);
+    EXPECT_EQ(Content(In("from")), "kept");
+}
+
+TEST_F(FileCopyContract, ForbiddenCharactersAreRefused) {
+    Put(In("from"), "x");
+    for (const char* name : {"a<b", "a>b", "a\tb", "a\nb", "a\"b", "a|b", "a?", "a*"}) {
+        EXPECT_EQ(files.Copy(In("from"), In(name), copyflag::none, {}), error::invalidName) << name;
+    }
+    EXPECT_EQ(NamesWithoutDots(In("*")), std::set<std::string>{"from"});
+}
+
+TEST_F(FileCopyContract, ReadOnlyFilesOfEverySizeArriveReadOnlyAndWhole) {
+    for (const std::size_t size : {0U, 1U, 4096U, 80U << 10U, 1U << 20U}) {
+        const std::string name = std::to_string(size);
+        const std::string content(size, 'r');
+        Put(In(name), content);
+        LetTimePass(20);
+        ASSERT_EQ(files.SetAttributes(In(name), attribute::readOnly), error::success);
+        ASSERT_EQ(files.Copy(In(name), In(name + " copy"), copyflag::none, {}), error::success);
+        EXPECT_EQ(Content(In(name + " copy")), content);
+        const DirectoryEntry copy = EntryOf(In(name + " copy"));
+        EXPECT_NE(copy.attributes & attribute::readOnly, 0U);
+        EXPECT_EQ(copy.lastWriteTime, EntryOf(In(name)).lastWriteTime);
+        ASSERT_EQ(files.SetAttributes(In(name), attribute::normal), error::success);
+        ASSERT_EQ(files.SetAttributes(In(name + " copy"), attribute::normal), error::success);
+    }
+}
+
+TEST_F(FileCopyContract, AHiddenFileIsNotOverwritten) {
+    Put(In("from"), "new");
+    Put(In("to"), "old");
+    ASSERT_EQ(files.SetAttributes(In("to"), attribute::hidden), error::success);
+    EXPECT_TRUE(Is(files.Copy(In("from"), In("to"), copyflag::none, {}), error::accessDenied, error::success));
+    EXPECT_TRUE(Is<std::string>(Content(In("to")), "old", "new"));
+    ASSERT_EQ(files.SetAttributes(In("to"), attribute::normal), error::success);
+}
+
 TEST_F(FileCopyContract, AFolderIsNoSource) {
     ASSERT_EQ(files.CreateFolder(In("Sub")), error::success);
     EXPECT_NE(files.Copy(In("Sub"), In("to"), copyflag::none, {}), error::success);

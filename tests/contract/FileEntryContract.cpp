@@ -127,6 +127,25 @@ TEST_F(FileEntryContract, FinalPathTellsTheStoredNames) {
     EXPECT_EQ(plain.find("\\\\?\\"), std::string::npos);
 }
 
+TEST_F(FileEntryContract, FinalPathsOfRootsEndInABackslashAndOthersDoNot) {
+    const std::string root = scratch.substr(0, 3);
+    std::string path;
+    ASSERT_EQ(files.FinalPath(root, path), error::success);
+    EXPECT_EQ(path, root);
+    ASSERT_EQ(files.FinalPath(scratch + "\\", path), error::success);
+    EXPECT_NE(path.back(), '\\');
+}
+
+TEST_F(FileEntryContract, WhatIsThereAnywayCannotBeCreated) {
+    contract->EnterFolder(scratch);
+    for (const char* name : {".", ".."}) {
+        EXPECT_EQ(files.CreateFolder(name), error::alreadyExists) << name;
+    }
+    const SystemError root = files.CreateFolder(scratch.substr(0, 3));
+    EXPECT_TRUE(root == error::alreadyExists || root == error::accessDenied) << root;
+    contract->EnterFolder(scratch.substr(0, 3));
+}
+
 TEST_F(FileEntryContract, FinalPathOfWhatIsMissingFails) {
     std::string path;
     EXPECT_EQ(files.FinalPath(In("absent"), path), error::fileNotFound);

@@ -102,6 +102,34 @@ TEST_F(FolderListingContract, AMissingFolderIsPathNotFound) {
     EXPECT_EQ(files.FindFirst(In("absent\\deeper\\a.txt"), search, entry), error::pathNotFound);
 }
 
+TEST_F(FolderListingContract, AFileHoldsNothingToList) {
+    Put(In("a.txt"), "");
+    std::unique_ptr<FolderSearch> search;
+    DirectoryEntry entry;
+    EXPECT_TRUE(Is(files.FindFirst(In("a.txt\\*"), search, entry), error::invalidFolderName, error::invalidName));
+    EXPECT_TRUE(Is(files.FindFirst(In("a.txt\\b"), search, entry), error::invalidFolderName, error::invalidName));
+    EXPECT_EQ(files.FindFirst(In("a.txt\\b\\*"), search, entry), error::pathNotFound);
+}
+
+TEST_F(FolderListingContract, ADriveRootListsNoDots) {
+    const NameSet names = Names(scratch.substr(0, 3) + "*");
+    EXPECT_FALSE(names.empty());
+    EXPECT_EQ(names.count("."), 0U);
+    EXPECT_EQ(names.count(".."), 0U);
+}
+
+TEST_F(FolderListingContract, AStarAndADotSelectNamesWithoutExtension) {
+    for (const char* name : {"a", "bc", "a.b", "a.b.c"}) {
+        Put(In(name), "");
+    }
+    // Wine takes every wildcard at its word.
+    EXPECT_TRUE(Is(NamesWithoutDots(In("*.")), NameSet{"a", "bc"}, NameSet{"a", "bc", "a.b", "a.b.c"}));
+    EXPECT_TRUE(Is(NamesWithoutDots(In("??.")), NameSet{"a", "bc"}, NameSet{"bc"}));
+    EXPECT_TRUE(Is(NamesWithoutDots(In("?.?")), NameSet{"a", "a.b"}, NameSet{"a.b"}));
+    EXPECT_EQ(NamesWithoutDots(In("*.c")), NameSet{"a.b.c"});
+    EXPECT_EQ(NamesWithoutDots(In(". *")), NameSet{});
+}
+
 TEST_F(FolderListingContract, AFailedSearchClosesTheOneBefore) {
     Put(In("a.txt"), "");
     std::unique_ptr<FolderSearch> search;

@@ -19,13 +19,14 @@ bool Same(const marlok::JournalEntry& a, const marlok::JournalEntry& b) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text(data, data + size);
-    for (const auto& group : marlok::ParseJournal(text)) {
-        const auto again = marlok::ParseJournal(marlok::FormatJournalGroup(group));
-        if (again.size() != 1 || again.front().size() != group.size()) {
+    for (const auto& group : marlok::ParseJournal(text).groups) {
+        const auto again = marlok::ParseJournal(marlok::FormatJournalGroup(group.entries, group.unsettled));
+        if (again.damaged || again.groups.size() != 1 || again.groups.front().unsettled != group.unsettled ||
+            again.groups.front().entries.size() != group.entries.size()) {
             std::abort();
         }
-        for (std::size_t i = 0; i < group.size(); ++i) {
-            if (!Same(group[i], again.front()[i])) {
+        for (std::size_t i = 0; i < group.entries.size(); ++i) {
+            if (!Same(group.entries[i], again.groups.front().entries[i])) {
                 std::abort();
             }
         }

@@ -62,7 +62,7 @@ InMemoryClock::InMemoryClock(FaultPlan& faults) : faults_(faults), now_(At(12, 0
 
 LocalTime InMemoryClock::Now() {
     static_cast<void>(faults_.Alive());  // asked for the throw alone: a reading has no effect to hold back
-    return FromFileTime(now_);
+    return FromFileTime(now_ + utcOffset_);
 }
 
 std::uint64_t InMemoryClock::TickCount() {
@@ -71,7 +71,12 @@ std::uint64_t InMemoryClock::TickCount() {
 }
 
 LocalTime InMemoryClock::ToLocal(std::uint64_t fileTime) {
-    return FromFileTime(fileTime);
+    return FromFileTime(fileTime + utcOffset_);
+}
+
+void InMemoryClock::SetUtcOffset(int minutes) {
+    constexpr std::int64_t unitsPerMinute = 600'000'000;
+    utcOffset_ = static_cast<FileTime>(minutes * unitsPerMinute);
 }
 
 void InMemoryClock::Advance(std::uint64_t milliseconds) {

@@ -1,64 +1,12 @@
 #include "tests/machine/InMemoryDisk.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
+#include "tests/machine/ShortNames.h"
+
 namespace marlok::test {
-namespace {
-
-constexpr int mostLinks = 63;  // as many as the kernel follows on one path
-constexpr SystemError cannotResolve = 1921;
-
-FileTime Rounded(FileTime time, const DiskVolume& volume) {
-    const std::uint64_t granularity = std::max<std::uint64_t>(volume.options.timeGranularity, 1);
-    return time - time % granularity;
-}
-
-Place Missing(SystemError code) {
-    Place place;
-    place.error = code;
-    return place;
-}
-
-}  // namespace
-
-NodePtr Node::Find(std::string_view wanted) const {
-    const std::u16string key = NameKey(wanted);
-    if (const auto found = children.find(key); found != children.end()) {
-        return found->second;
-    }
-    if (const auto found = aliases.find(key); found != aliases.end()) {
-        return children.at(NameKey(found->second->name));
-    }
-    return nullptr;
-}
-
-DirectoryEntry Node::Entry() const {
-    DirectoryEntry entry;
-    entry.name = name;
-    entry.alternateName = alternateName;
-    entry.attributes = attributes == 0 ? attribute::normal : attributes;
-    entry.reparseTag = reparseTag;
-    entry.creationTime = creationTime;
-    entry.lastWriteTime = lastWriteTime;
-    entry.size = content.size();
-    return entry;
-}
-
-std::string Node::Path() const {
-    if (parent == nullptr) {
-        return volume->root + "\\";
-    }
-    std::vector<const Node*> chain;
-    for (const Node* node = this; node->parent != nullptr; node = node->parent) {
-        chain.push_back(node);
-    }
-    std::string path = volume->root;
-    for (auto node = chain.rbegin(); node != chain.rend(); ++node) {
-        path += "\\" + (*node)->name;
-    }
-    return path;
-}
 
 InMemoryDisk::~InMemoryDisk() {
     // Folders may be nested thousands deep: taken apart one by one, not by destructors calling each other.
@@ -78,18 +26,23 @@ InMemoryDisk::~InMemoryDisk() {
 
 DiskVolume& InMemoryDisk::AddVolume(const std::string& root, const DriveOptions& options) {
     std::unique_ptr<DiskVolume>& volume = volumes_[NameKey(root)];
-    if (volume == nullptr) {
+    const bool added = volume == nullptr;
+    if (added) {
         volume = std::make_unique<DiskVolume>();
         volume->root = root;
+        volume->clock = &clock_;
         volume->serial = 0x1000 + static_cast<std::uint32_t>(volumes_.size());
         volume->folder = std::make_shared<Node>();
         volume->folder->attributes = attribute::directory | attribute::hidden | attribute::system;
         volume->folder->volume = volume.get();
         volume->folder->index = ++lastIndex_;
-        volume->folder->creationTime = volume->folder->lastWriteTime = clock_.NowAsFileTime();
     }
     volume->options = options;
     volume->serial = options.serial != 0 ? options.serial : volume->serial;
+    if (added) {
+        SetWriteTime(*volume->folder, clock_.NowAsFileTime());
+        SetCreationTime(*volume->folder, clock_.NowAsFileTime());
+    }
     return *volume;
 }
 
@@ -106,101 +59,6 @@ void InMemoryDisk::Substitute(const std::string& drive, const std::string& folde
     substitutes_[NameKey(drive)] = folder;
 }
 
-PathParts InMemoryDisk::Parse(const std::string& path, bool wildcards) const {
-    return Unsubstituted(ParsePath(path, currentFolder, {wildcards, !IsPlainPath(path)}));
-}
-
-PathParts InMemoryDisk::ParseUsual(const std::string& path, bool wildcards) const {
-    return Unsubstituted(ParsePath(path, currentFolder, {wildcards, true}));
-}
-
-PathParts InMemoryDisk::Unsubstituted(PathParts parts) const {
-    const auto found = substitutes_.find(NameKey(parts.root));
-    if (found == substitutes_.end()) {
-        return parts;
-    }
-    PathParts target = ParsePath(found->second, "", {});
-    target.names.insert(target.names.end(), parts.names.begin(), parts.names.end());
-    target.trailingSeparator = parts.trailingSeparator;
-    return target;
-}
-
-Place InMemoryDisk::Locate(const std::string& path, Follow follow) const {
-    return Locate(Parse(path), follow);
-}
-
-Place InMemoryDisk::Locate(const PathParts& parts, Follow follow) const {
-    if (parts.error != error::success) {
-        return Missing(parts.error);
-    }
-    Place place = Walk(parts, follow, mostLinks);
-    place.trailingSeparator = parts.trailingSeparator && !parts.names.empty();
-    if (place.trailingSeparator && place.node != nullptr && !place.node->IsFolder()) {
-        return Missing(error::invalidName);
-    }
-    return place;
-}
-
-SystemError InMemoryDisk::VolumeOf(const std::string& path, const DiskVolume*& volume) const {
-    PathParts parts = Parse(path);
-    if (parts.error != error::success) {
-        return parts.error;
-    }
-    for (;; parts.names.pop_back()) {
-        const Place place = Walk(parts, Follow::yes, mostLinks);
-        if (place.node != nullptr) {
-            volume = place.node->volume;
-            return error::success;
-        }
-        if (parts.names.empty()) {
-            return place.error;
-        }
-    }
-}
-
-Place InMemoryDisk::Walk(const PathParts& parts, Follow follow, int linksLeft) const {
-    const DiskVolume* volume = FindVolume(parts.root);
-    if (volume == nullptr) {
-        return Missing(parts.root[0] == '\\' ? error::badNetworkPath : error::pathNotFound);
-    }
-    if (volume->failure != error::success) {
-        return Missing(volume->failure);
-    }
-    Place at;
-    at.node = volume->folder;
-    for (const std::string& name : parts.names) {
-        if (at.node == nullptr) {
-            return Missing(error::pathNotFound);
-        }
-        if (at.node->IsLink()) {
-            at = FollowLink(*at.node, linksLeft);
-            if (at.node == nullptr) {
-                return Missing(at.error == error::fileNotFound ? error::pathNotFound : at.error);
-            }
-        }
-        if (!at.node->IsFolder()) {
-            return Missing(error::pathNotFound);
-        }
-        at.parent = std::move(at.node);
-        at.node = at.parent->Find(name);
-        at.name = name;
-    }
-    if (at.node == nullptr) {
-        at.error = error::fileNotFound;
-    } else if (follow == Follow::yes && at.node->IsLink()) {
-        return FollowLink(*at.node, linksLeft);
-    }
-    return at;
-}
-
-Place InMemoryDisk::FollowLink(const Node& link, int linksLeft) const {
-    if (linksLeft == 0) {
-        return Missing(cannotResolve);
-    }
-    const PathParts target = Unsubstituted(ParsePath(link.linkTarget, link.parent->Path(), {}));
-    return target.error == error::success ? Walk(target, Follow::yes, linksLeft - 1) : Missing(target.error);
-}
-
 void InMemoryDisk::Touch(Node* folder) const {
     SetWriteTime(*folder, clock_.NowAsFileTime());
 }
@@ -212,81 +70,164 @@ NodePtr InMemoryDisk::Add(const Place& place, std::uint32_t attributes) {
     node->index = node->sequence = ++lastIndex_;
     node->parent = place.parent.get();
     node->volume = place.parent->volume;
-    node->creationTime = node->lastWriteTime = Rounded(clock_.NowAsFileTime(), *node->volume);
-    place.parent->children[NameKey(node->name)] = node;
+    SetWriteTime(*node, clock_.NowAsFileTime());
+    SetCreationTime(*node, clock_.NowAsFileTime());
+    const std::u16string key = node->parent->KeyOf(node->name);
+    if (!node->IsFolder()) {
+        node->created = node->volume->Remembered(*node->parent, key).value_or(node->created);
+    }
+    MakeAlias(*node);
+    node->parent->children[key] = node;
     Touch(node->parent);
     return node;
 }
 
-void InMemoryDisk::Remove(const NodePtr& node) {
+void InMemoryDisk::MakeAlias(Node& node) const {
+    if (node.volume->MakesShortNames()) {
+        const Node& folder = *node.parent;
+        SetAlias(node,
+                 MakeShortName(node.name, [&folder](const std::string& name) { return folder.Find(name) != nullptr; }));
+    }
+}
+
+void InMemoryDisk::Unlink(const NodePtr& node) const {
     Node* folder = node->parent;
-    if (folder == nullptr) {
+    node->volume->Remember(*node);
+    node->volume->used -= node->Size();
+    SetAlias(*node, "");
+    folder->children.erase(folder->KeyOf(node->name));
+    folder->pendingChildren -= node->deletePending ? 1 : 0;
+    node->parent = nullptr;
+}
+
+void InMemoryDisk::Remove(const NodePtr& node) {
+    if (Node* folder = node->parent; folder != nullptr) {
+        Unlink(node);
+        Touch(folder);
+    }
+}
+
+void InMemoryDisk::Delete(const NodePtr& node) {
+    if (node->volume->FreesNames() || !IsOpen(*node)) {
+        Remove(node);
         return;
     }
-    node->volume->used -= node->content.size();
-    SetAlias(*node, "");
-    folder->children.erase(NameKey(node->name));
-    node->parent = nullptr;
-    Touch(folder);
+    node->deletePending = true;
+    ++node->parent->pendingChildren;
+}
+
+void InMemoryDisk::Settle(Node& folder) const {
+    if (folder.pendingChildren == 0) {
+        return;
+    }
+    std::vector<NodePtr> gone;
+    for (const auto& [key, child] : folder.children) {
+        if (child->deletePending && !IsOpen(*child)) {
+            gone.push_back(child);
+        }
+    }
+    for (const NodePtr& node : gone) {
+        Unlink(node);
+    }
 }
 
 void InMemoryDisk::Rename(const NodePtr& node, const NodePtr& parent, const std::string& name) {
     Node* before = node->parent;
+    node->volume->Remember(*node);
     SetAlias(*node, "");
-    before->children.erase(NameKey(node->name));
+    before->children.erase(before->KeyOf(node->name));
     node->name = name;
     node->parent = parent.get();
     node->sequence = ++lastIndex_;
-    parent->children[NameKey(name)] = node;
+    const std::u16string key = parent->KeyOf(name);
+    if (!node->IsFolder()) {
+        node->created = node->volume->Remembered(*parent, key).value_or(node->created);
+    }
+    MakeAlias(*node);
+    parent->children[key] = node;
     Touch(before);
     Touch(parent.get());
 }
 
-SystemError InMemoryDisk::Write(Node& node, std::size_t position, std::string_view bytes) {
-    DiskVolume& volume = *node.volume;
+SystemError InMemoryDisk::CheckRoom(const Node& node, std::uint64_t growth, std::uint64_t& room) {
+    const DiskVolume& volume = *node.volume;
+    const std::uint64_t largest = volume.LargestFile();
     // What has been removed while it was open takes no room that anybody counts.
-    const bool counted = node.parent != nullptr;
-    const std::size_t end = std::max(node.content.size(), position + bytes.size());
-    std::size_t growth = end - node.content.size();
-    SystemError code = error::success;
-    if (counted && volume.options.capacityBytes != 0 && volume.used + growth > volume.options.capacityBytes) {
-        const std::uint64_t room = volume.options.capacityBytes - std::min(volume.used, volume.options.capacityBytes);
-        bytes = bytes.substr(0, bytes.size() - std::min<std::size_t>(bytes.size(), growth - room));
-        growth = static_cast<std::size_t>(room);
-        code = error::diskFull;
+    const bool counted = node.parent != nullptr && volume.options.capacityBytes != 0;
+    const std::uint64_t capacity = counted ? volume.options.capacityBytes : ~std::uint64_t{0};
+    const std::uint64_t used = counted ? volume.used : 0;
+    room = std::min(largest - std::min(largest, node.Size()), capacity - std::min(used, capacity));
+    return growth > room ? error::diskFull : error::success;
+}
+
+SystemError InMemoryDisk::Write(Node& node, std::uint64_t position, std::string_view bytes) {
+    if (position > node.content.size()) {
+        node.content = node.Text();  // writing far behind the content is for small files
+        node.zeros = 0;
     }
-    node.content.resize(node.content.size() + growth);
-    std::copy(bytes.begin(), bytes.end(), node.content.begin() + static_cast<std::ptrdiff_t>(position));
-    volume.used += counted ? growth : 0;
+    const std::uint64_t before = node.Size();
+    const std::uint64_t end = std::max(before, position + bytes.size());
+    std::uint64_t room = 0;
+    const SystemError code = CheckRoom(node, end - before, room);
+    if (code != error::success) {
+        bytes = bytes.substr(0, bytes.size() - std::min<std::size_t>(bytes.size(), end - before - room));
+    }
+    const auto at = static_cast<std::size_t>(position);
+    const std::size_t written = std::max(node.content.size(), bytes.empty() ? 0 : at + bytes.size());
+    const std::uint64_t fromZeros = std::min<std::uint64_t>(node.zeros, written - node.content.size());
+    node.content.resize(written);
+    node.zeros -= fromZeros;
+    std::copy(bytes.begin(), bytes.end(), node.content.begin() + static_cast<std::ptrdiff_t>(at));
+    node.volume->used += node.parent != nullptr ? node.Size() - before : 0;
+    node.attributes |= attribute::archive;
     SetWriteTime(node, clock_.NowAsFileTime());
     return code;
 }
 
-void InMemoryDisk::Empty(Node& node) {
-    node.volume->used -= node.parent != nullptr ? node.content.size() : 0;
-    node.content.clear();
+SystemError InMemoryDisk::SetSize(Node& node, std::uint64_t size) {
+    const std::uint64_t before = node.Size();
+    std::uint64_t room = 0;
+    if (size > before) {
+        if (const SystemError code = CheckRoom(node, size - before, room); code != error::success) {
+            return code;
+        }
+    }
+    node.content.resize(static_cast<std::size_t>(std::min<std::uint64_t>(node.content.size(), size)));
+    node.zeros = size - node.content.size();
+    node.volume->used += node.parent != nullptr ? size - before : 0;  // wraps around where it shrinks
     SetWriteTime(node, clock_.NowAsFileTime());
+    return error::success;
+}
+
+void InMemoryDisk::Empty(Node& node) {
+    static_cast<void>(SetSize(node, 0));  // there is always room for less
 }
 
 void InMemoryDisk::SetWriteTime(Node& node, FileTime time) const {
-    node.lastWriteTime = Rounded(time, *node.volume);
+    node.written = node.volume->StoredWriteTime(time).value_or(node.written);
 }
 
 void InMemoryDisk::SetCreationTime(Node& node, FileTime time) const {
-    node.creationTime = Rounded(time, *node.volume);
+    node.created = node.volume->StoredCreationTime(time).value_or(node.created);
 }
 
 void InMemoryDisk::SetAlias(Node& node, const std::string& alias) const {
+    const UpcaseTable upcase = node.volume->options.upcase;
     if (node.parent != nullptr && !node.alternateName.empty()) {
-        node.parent->aliases.erase(NameKey(node.alternateName));
+        node.parent->aliases.erase(NameKey(node.alternateName, upcase));
     }
     node.alternateName = alias;
     if (node.parent != nullptr && !alias.empty()) {
-        node.parent->aliases[NameKey(alias)] = &node;
+        node.parent->aliases[NameKey(alias, upcase)] = &node;
     }
 }
 
-std::vector<NodePtr> InMemoryDisk::Below(const Node& folder) {
+bool InMemoryDisk::HoldsOpen(Node& folder) const {
+    const std::vector<NodePtr> below = Below(folder);
+    return std::any_of(below.begin(), below.end(), [this](const NodePtr& node) { return IsInTheWay(*node); });
+}
+
+std::vector<NodePtr> InMemoryDisk::Below(Node& folder) {
     std::vector<NodePtr> nodes;
     std::vector<NodePtr> pending;
     const auto push = [&pending](const Node& node) {

@@ -8,76 +8,12 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Drives.h"
 #include "platform/FileSystem.h"
 #include "tests/machine/InMemoryClock.h"
+#include "tests/machine/Node.h"
 #include "tests/machine/PathParts.h"
 
 namespace marlok::test {
-
-struct Node;
-struct DiskVolume;
-using NodePtr = std::shared_ptr<Node>;
-
-/// A file, folder or link on the in-memory disk.
-struct Node {
-    std::string name;
-    std::string alternateName;  ///< the 8.3 alias, "" when there is none
-    std::uint32_t attributes = 0;
-    std::uint32_t reparseTag = 0;
-    FileTime creationTime = 0;
-    FileTime lastWriteTime = 0;
-    std::string content;         ///< of a file
-    std::string linkTarget;      ///< of a junction or symbolic link; absolute, or relative to the link's folder
-    std::uint64_t index = 0;     ///< unlike every other node's; grows in the order of creation
-    std::uint64_t sequence = 0;  ///< grows in the order in which nodes came into folders
-    Node* parent = nullptr;      ///< null for a root, and for what has been removed
-    DiskVolume* volume = nullptr;
-    std::map<std::u16string, NodePtr> children;  ///< by NameKey
-    std::map<std::u16string, Node*> aliases;     ///< children by NameKey of their alias
-    bool locked = false;                         ///< as if another program held it open without sharing
-    bool denied = false;                         ///< the user has no right to it
-    SystemError readError = error::success;      ///< what reading its content beyond `readableBytes` ends with
-    std::size_t readableBytes = 0;
-    int readers = 0;  ///< handles that let others delete and rename it
-    int holders = 0;  ///< reading handles that do not: those of a running copy
-    int writers = 0;
-
-    [[nodiscard]] bool IsFolder() const { return (attributes & attribute::directory) != 0; }
-    [[nodiscard]] bool IsLink() const { return !linkTarget.empty(); }
-    [[nodiscard]] bool Has(std::uint32_t bits) const { return (attributes & bits) != 0; }
-    [[nodiscard]] bool IsOpen() const { return readers + holders + writers > 0; }
-
-    /// The child called `wanted`, by name or alias; null when there is none.
-    [[nodiscard]] NodePtr Find(std::string_view wanted) const;
-
-    /// What a listing tells of it, names included.
-    [[nodiscard]] DirectoryEntry Entry() const;
-
-    /// The path from the root of its volume; links and substituted drives are resolved by nature.
-    [[nodiscard]] std::string Path() const;
-};
-
-/// What a drive or network share is like.
-struct DriveOptions {
-    bool readOnly = false;
-    std::uint64_t capacityBytes = 0;    ///< room for file contents; 0: unlimited
-    std::uint64_t timeGranularity = 1;  ///< file times are kept as multiples of this many 100-nanosecond intervals
-    bool listsInCreationOrder = false;  ///< as FAT does, instead of by name
-    Drive::Kind kind = Drive::Kind::fixed;
-    std::string volumeName = {};
-    std::string fileSystem = "NTFS";
-    std::uint32_t serial = 0;  ///< 0: one of the drive's own, unlike every other's
-};
-
-struct DiskVolume {
-    std::string root;  ///< "C:" or "\\server\share"
-    DriveOptions options;
-    std::uint32_t serial = 0;
-    std::uint64_t used = 0;                ///< bytes of all contents
-    SystemError failure = error::success;  ///< what every access ends with while it is not success
-    NodePtr folder;                        ///< the root folder
-};
 
 /// Where a path leads.
 struct Place {
@@ -111,7 +47,8 @@ class InMemoryDisk {
 
     enum class Follow { no, yes };
 
-    /// Finds `path`. Links on the way are followed; one at its end when `follow` is yes.
+    /// Finds `path`. Links on the way are followed; one at its end when `follow` is yes. What is deleted and keeps its
+    /// name meanwhile is found as missing, with `error::accessDenied`.
     [[nodiscard]] Place Locate(const std::string& path, Follow follow) const;
 
     /// As above, for a path taken apart already.
@@ -128,23 +65,47 @@ class InMemoryDisk {
     /// Adds a file or folder, created now, at a place whose parent exists and which itself does not.
     NodePtr Add(const Place& place, std::uint32_t attributes);
 
-    /// Takes the node out of its folder. It lives on while somebody holds it.
+    /// Takes the node out of its folder, as the test's own hand would. It lives on while somebody holds it.
     void Remove(const NodePtr& node);
+
+    /// Deletes the node as its file system does while somebody has it open: the name is free at once, or with the last
+    /// handle.
+    void Delete(const NodePtr& node);
 
     /// Puts a node that may be in a folder into `parent` under `name`.
     void Rename(const NodePtr& node, const NodePtr& parent, const std::string& name);
 
     /// Writes at `position`. When the disk is too small, what fits is written: `error::diskFull`.
-    [[nodiscard]] SystemError Write(Node& node, std::size_t position, std::string_view bytes);
+    [[nodiscard]] SystemError Write(Node& node, std::uint64_t position, std::string_view bytes);
+
+    /// Makes the file so many bytes long, the new ones zero. `error::diskFull` when they do not fit; nothing changes
+    /// then.
+    [[nodiscard]] SystemError SetSize(Node& node, std::uint64_t size);
 
     void Empty(Node& node);
 
+    /// Puts times down as the volume does. One that it cannot put down changes nothing.
     void SetWriteTime(Node& node, FileTime time) const;
     void SetCreationTime(Node& node, FileTime time) const;
     void SetAlias(Node& node, const std::string& alias) const;
 
+    /// Success when a handle of that use can be opened now.
+    [[nodiscard]] SystemError CheckUse(Node& node, Use use) const { return node.users.Check(use, clock_.Ticks()); }
+    [[nodiscard]] bool IsOpen(Node& node) const { return node.users.Any(clock_.Ticks()); }
+    [[nodiscard]] bool IsInTheWay(Node& node) const { return node.users.AnyRefuses(clock_.Ticks()); }
+    [[nodiscard]] bool KeepsName(Node& node) const { return node.users.AnyKeepsName(clock_.Ticks()); }
+    [[nodiscard]] bool Has(Node& node, Hold::Kind kind) const { return node.users.Has(kind, clock_.Ticks()); }
+
+    /// True when somebody has anything open below the folder.
+    [[nodiscard]] bool HoldsOpen(Node& folder) const;
+
     /// Every node below `folder`, parents before their children, in the order of a listing. Links are not followed.
-    [[nodiscard]] static std::vector<NodePtr> Below(const Node& folder);
+    [[nodiscard]] static std::vector<NodePtr> Below(Node& folder);
+
+    /// Frees the names of what is deleted and not open any more.
+    void Settle(Node& folder) const;
+
+    [[nodiscard]] const InMemoryClock& Clock() const { return clock_; }
 
     std::string currentFolder = "C:\\";
 
@@ -153,11 +114,34 @@ class InMemoryDisk {
     [[nodiscard]] Place Walk(const PathParts& parts, Follow follow, int linksLeft) const;
     [[nodiscard]] Place FollowLink(const Node& link, int linksLeft) const;
     void Touch(Node* folder) const;
+    void MakeAlias(Node& node) const;
+    void Unlink(const NodePtr& node) const;
+    [[nodiscard]] static SystemError CheckRoom(const Node& node, std::uint64_t growth, std::uint64_t& room);
 
     InMemoryClock& clock_;
     std::map<std::u16string, std::unique_ptr<DiskVolume>> volumes_;
     std::map<std::u16string, std::string> substitutes_;
     std::uint64_t lastIndex_ = 0;
+};
+
+/// An open handle of the program's. Its file may be deleted and the name free before it is closed.
+class Handle {
+ public:
+    Handle() = default;
+    Handle(NodePtr node, Use use);
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    Handle(Handle&& other) noexcept;
+    Handle& operator=(Handle&& other) noexcept;
+    ~Handle() { Close(); }
+
+    void Close();
+    [[nodiscard]] const NodePtr& Get() const { return node_; }
+
+ private:
+    NodePtr node_;  ///< null when closed
+    Users::Id id_;
+    bool writes_ = false;
 };
 
 }  // namespace marlok::test

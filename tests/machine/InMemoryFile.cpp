@@ -8,26 +8,31 @@
 namespace marlok::test {
 namespace {
 
-SystemError CheckExisting(const Node& node, OpenMode mode) {
+/// What the real machine asks for: readers let everybody do everything, writers let others read.
+Use UseFor(OpenMode mode) {
+    return mode == OpenMode::read ? Use{access::read, access::all} : Use{access::write, access::read};
+}
+
+SystemError CheckExisting(const InMemoryDisk& disk, Node& node, OpenMode mode) {
     if (mode == OpenMode::createNew) {
         return error::fileExists;
+    }
+    if (node.HasUnknownTag()) {
+        return error::cannotAccessFile;
     }
     if (node.IsFolder() || node.denied) {
         return error::accessDenied;
     }
-    if (node.locked) {
-        return error::sharingViolation;
-    }
-    if (mode == OpenMode::read) {
-        return error::success;
-    }
-    if (node.volume->options.readOnly) {
+    if (mode != OpenMode::read && node.volume->options.readOnly) {
         return error::writeProtected;
     }
-    if (node.Has(attribute::readOnly)) {
+    if (mode != OpenMode::read && node.Has(attribute::readOnly)) {
         return error::accessDenied;
     }
-    return node.writers > 0 ? error::sharingViolation : error::success;
+    if (const SystemError code = disk.CheckUse(node, UseFor(mode)); code != error::success) {
+        return code;
+    }
+    return mode == OpenMode::replace && disk.Has(node, Hold::Kind::mapping) ? error::mappedFile : error::success;
 }
 
 SystemError CreateFile(InMemoryDisk& disk, const Place& place, OpenMode mode, NodePtr& node) {
@@ -51,7 +56,7 @@ SystemError OpenNode(InMemoryDisk& disk, const std::string& path, OpenMode mode,
     if (place.node == nullptr) {
         return CreateFile(disk, place, mode, node);
     }
-    const SystemError code = CheckExisting(*place.node, mode);
+    const SystemError code = CheckExisting(disk, *place.node, mode);
     if (code != error::success) {
         return code;
     }
@@ -69,12 +74,14 @@ InMemoryFile::InMemoryFile(InMemoryDisk& disk, FaultPlan& faults, int& openFiles
       faults_(faults),
       openFiles_(openFiles),
       path_(std::move(path)),
+      handle_(node, UseFor(mode)),
       node_(std::move(node)),
       mode_(mode),
-      position_(mode == OpenMode::append ? node_->content.size() : 0) {
+      position_(mode == OpenMode::append ? node_->Size() : 0) {
     ++openFiles_;
-    int& users = Writes() ? node_->writers : node_->readers;
-    ++users;
+    if (Writes() && !node_->listed) {
+        node_->listed = {node_->Size(), node_->written, node_->attributes};
+    }
 }
 
 InMemoryFile::~InMemoryFile() {
@@ -83,11 +90,7 @@ InMemoryFile::~InMemoryFile() {
 
 void InMemoryFile::Release() {
     if (node_ != nullptr) {
-        if (Writes()) {
-            --node_->writers;
-        } else {
-            --node_->readers;
-        }
+        handle_.Close();
         --openFiles_;
         node_.reset();
     }
@@ -104,15 +107,17 @@ SystemError InMemoryFile::Read(std::string& bytes, std::size_t size) {
     if (Writes()) {
         return error::accessDenied;
     }
-    if (node_->readError != error::success && position_ >= node_->readableBytes) {
+    const bool broken = node_->readError != error::success;
+    if (broken && position_ >= node_->readableBytes) {
         return node_->readError;
     }
+    const std::uint64_t end = broken ? std::min<std::uint64_t>(node_->readableBytes, node_->Size()) : node_->Size();
+    const std::uint64_t wanted = std::min<std::uint64_t>(size, end - std::min(end, position_));
     if (position_ < node_->content.size()) {
-        const bool broken = node_->readError != error::success;
-        size = broken ? std::min(size, node_->readableBytes - position_) : size;
-        bytes = node_->content.substr(position_, size);
-        position_ += bytes.size();
+        bytes = node_->content.substr(static_cast<std::size_t>(position_), static_cast<std::size_t>(wanted));
     }
+    bytes.resize(static_cast<std::size_t>(wanted), '\0');
+    position_ += wanted;
     return error::success;
 }
 

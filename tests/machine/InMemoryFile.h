@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "platform/FileSystem.h"
@@ -34,9 +35,10 @@ class InMemoryFile : public File {
     FaultPlan& faults_;
     int& openFiles_;
     std::string path_;
+    Handle handle_;
     NodePtr node_;  ///< null once closed
     OpenMode mode_;
-    std::size_t position_ = 0;
+    std::uint64_t position_ = 0;
 };
 
 }  // namespace marlok::test

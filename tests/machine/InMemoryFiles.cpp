@@ -13,8 +13,11 @@ namespace {
 
 using Follow = InMemoryDisk::Follow;
 
-/// The attribute bits that a program can set.
-constexpr std::uint32_t settable = attribute::readOnly | attribute::hidden | attribute::system | attribute::archive;
+/// The attribute bits that a program can set; others are passed over.
+constexpr std::uint32_t settable = attribute::readOnly | attribute::hidden | attribute::system | attribute::archive |
+                                   attribute::temporary | attribute::offline | attribute::notIndexed;
+
+constexpr Use removing = {access::remove, access::all};
 
 bool IsBelow(const Node* node, const Node* folder) {
     while (node != nullptr && node != folder) {
@@ -32,14 +35,14 @@ SystemError CheckCreation(const Node& parent) {
     return parent.denied ? error::accessDenied : error::success;
 }
 
-SystemError CheckRemoval(const Node& node) {
+SystemError CheckRemoval(const InMemoryDisk& disk, Node& node) {
     if (node.volume->options.readOnly) {
         return error::writeProtected;
     }
-    if (node.locked || node.holders > 0 || node.writers > 0) {
-        return error::sharingViolation;
+    if (node.denied || node.parent == nullptr) {
+        return error::accessDenied;
     }
-    return node.denied || node.parent == nullptr ? error::accessDenied : error::success;
+    return disk.CheckUse(node, removing);
 }
 
 SystemError InMemoryFiles::FindFirst(const std::string& pattern, std::unique_ptr<FolderSearch>& search,
@@ -62,21 +65,31 @@ SystemError InMemoryFiles::Search(const std::string& pattern, std::unique_ptr<Fo
         name = std::move(parts.names.back());
         parts.names.pop_back();
     }
+    // The right to list is asked of a link, too: that is how the system keeps people out of those for old programs.
+    const Place named = disk_.Locate(parts, Follow::no);
     const Place folder = disk_.Locate(parts, Follow::yes);
     if (folder.node == nullptr) {
         return folder.error == error::fileNotFound ? error::pathNotFound : folder.error;
     }
+    if (folder.node->HasUnknownTag()) {
+        return error::cannotAccessFile;
+    }
     if (!folder.node->IsFolder()) {
         return error::invalidFolderName;
     }
-    if (folder.node->denied) {
+    if (folder.node->denied || named.node->denied) {
         return error::accessDenied;
     }
     if (namesNothing) {
         return error::fileNotFound;
     }
+    constexpr Use listing = {access::read, access::all};
+    if (const SystemError code = disk_.CheckUse(*folder.node, listing); code != error::success) {
+        return code;
+    }
+    disk_.Settle(*folder.node);
     auto found = std::make_unique<InMemorySearch>(faults_, openSearches_, pattern, tellsReparseTags_);
-    found->Collect(folder.node, name);
+    found->Collect(Handle(folder.node, listing), name);
     if (!found->Fetch(first)) {
         return error::fileNotFound;
     }
@@ -92,7 +105,10 @@ SystemError InMemoryFiles::GetEntry(const std::string& path, DirectoryEntry& ent
     if (place.node == nullptr) {
         return place.error;
     }
-    entry = place.node->Entry();
+    if (place.node->pageFile && place.parent->denied) {
+        return error::accessDenied;  // the real machine looks such a file up in its folder
+    }
+    entry = place.node->pageFile ? place.node->ListedEntry() : place.node->Entry();
     entry.name.clear();
     entry.alternateName.clear();
     entry.reparseTag = tellsReparseTags_ ? entry.reparseTag : 0;
@@ -125,24 +141,32 @@ SystemError InMemoryFiles::RemoveFolder(const std::string& path) {
     if (place.node == nullptr) {
         return place.error;
     }
-    const Node& node = *place.node;
+    Node& node = *place.node;
     if (node.IsLink()) {
         return error::notSupported;
     }
     if (!node.IsFolder()) {
         return error::invalidFolderName;
     }
-    if (const SystemError code = CheckRemoval(node); code != error::success) {
+    if (const SystemError code = CheckRemoval(disk_, node); code != error::success) {
         return code;
     }
     if (node.Has(attribute::readOnly)) {
         return error::accessDenied;
     }
+    if (IsCurrentFolder(node)) {
+        return error::sharingViolation;
+    }
+    disk_.Settle(node);
     if (!node.children.empty()) {
         return error::directoryNotEmpty;
     }
-    disk_.Remove(place.node);
+    disk_.Delete(place.node);
     return error::success;
+}
+
+bool InMemoryFiles::IsCurrentFolder(const Node& node) const {
+    return disk_.Locate(disk_.currentFolder, Follow::yes).node.get() == &node;
 }
 
 SystemError InMemoryFiles::RemoveLink(const std::string& path) {
@@ -156,9 +180,10 @@ SystemError InMemoryFiles::RemoveLink(const std::string& path) {
     if (!canRemoveLinks_ || !place.node->IsLink()) {
         return error::notSupported;
     }
-    const SystemError code = place.node->Has(attribute::readOnly) ? error::accessDenied : CheckRemoval(*place.node);
+    const SystemError code =
+        place.node->Has(attribute::readOnly) ? error::accessDenied : CheckRemoval(disk_, *place.node);
     if (code == error::success) {
-        disk_.Remove(place.node);
+        disk_.Delete(place.node);
     }
     return code;
 }
@@ -171,22 +196,15 @@ SystemError InMemoryFiles::Delete(const std::string& path) {
     if (place.node == nullptr) {
         return place.error;
     }
-    if (place.node->IsFolder() || place.node->Has(attribute::readOnly)) {
+    const bool runs = disk_.Has(*place.node, Hold::Kind::image);
+    if (place.node->IsFolder() || place.node->Has(attribute::readOnly) || runs) {
         return error::accessDenied;
     }
-    const SystemError code = CheckRemoval(*place.node);
+    const SystemError code = CheckRemoval(disk_, *place.node);
     if (code == error::success) {
-        disk_.Remove(place.node);
+        disk_.Delete(place.node);
     }
     return code;
-}
-
-SystemError InMemoryFiles::CheckReplace(const Node& from, const Place& to) const {
-    if (to.node == nullptr || to.node.get() == &from) {
-        return error::success;
-    }
-    const bool refused = to.node->IsFolder() || from.IsFolder() || to.node->Has(attribute::readOnly);
-    return refused || to.node->readers > 0 ? error::accessDenied : CheckRemoval(*to.node);
 }
 
 SystemError InMemoryFiles::Move(const std::string& from, const std::string& to, std::uint32_t flags) {
@@ -197,37 +215,85 @@ SystemError InMemoryFiles::Move(const std::string& from, const std::string& to, 
     return Rename(from, to, (flags & moveflag::replace) != 0);
 }
 
+SystemError InMemoryFiles::CheckReplaced(Node& node) const {
+    if (node.IsFolder() || node.Has(attribute::readOnly)) {
+        return node.volume->IsFat() ? error::alreadyExists : error::accessDenied;
+    }
+    if (node.denied || disk_.Has(node, Hold::Kind::image)) {
+        return error::accessDenied;
+    }
+    // The newer way of renaming takes the name from whoever lets others delete the file.
+    const bool stays = node.volume->FreesNames() ? disk_.KeepsName(node) : disk_.IsInTheWay(node);
+    return stays ? error::accessDenied : error::success;
+}
+
+SystemError InMemoryFiles::CheckMove(const Place& source, const Place& target, bool replace) const {
+    const bool ontoOther = target.node != nullptr && target.node != source.node;
+    if (source.node->IsFolder() && disk_.HoldsOpen(*source.node)) {
+        return error::accessDenied;
+    }
+    if (target.parent == nullptr) {
+        return target.node == nullptr ? target.error : error::accessDenied;
+    }
+    if (target.node == nullptr && target.error != error::fileNotFound) {
+        return target.error;
+    }
+    if (target.parent->volume != source.node->volume) {
+        return error::notSameDevice;
+    }
+    if (ontoOther && !replace) {
+        return error::alreadyExists;
+    }
+    if (const SystemError code = CheckCreation(*target.parent); code != error::success) {
+        return code;
+    }
+    if (ontoOther) {
+        if (const SystemError code = CheckReplaced(*target.node); code != error::success) {
+            return code;
+        }
+    }
+    return IsBelow(target.parent.get(), source.node.get()) ? error::sharingViolation : error::success;
+}
+
 SystemError InMemoryFiles::Rename(const std::string& from, const std::string& to, bool replace) {
     const Place source = disk_.Locate(from, Follow::no);
     const Place target = disk_.Locate(to, Follow::no);
     if (source.node == nullptr) {
         return source.error;
     }
-    if (const SystemError code = CheckRemoval(*source.node); code != error::success) {
+    if (const SystemError code = CheckRemoval(disk_, *source.node); code != error::success) {
         return code;
     }
-    if (target.node != nullptr && target.node != source.node && !replace) {
-        return error::alreadyExists;
-    }
-    if (target.parent == nullptr) {
-        return target.node == nullptr ? target.error : error::accessDenied;
-    }
-    if (target.parent->volume != source.node->volume) {
-        return error::notSameDevice;
-    }
-    const SystemError creation = CheckCreation(*target.parent);
-    const SystemError code = creation == error::success ? CheckReplace(*source.node, target) : creation;
-    if (code != error::success) {
+    if (const SystemError code = CheckMove(source, target, replace); code != error::success) {
         return code;
-    }
-    if (IsBelow(target.parent.get(), source.node.get())) {
-        return error::sharingViolation;
     }
     if (target.node != nullptr && target.node != source.node) {
         disk_.Remove(target.node);
     }
     disk_.Rename(source.node, target.parent, target.name);
     return error::success;
+}
+
+SystemError InMemoryFiles::CheckReplacement(const Place& old, const Place& young) const {
+    for (const Place* place : {&old, &young}) {
+        if (place->node == nullptr) {
+            return place->error;
+        }
+        if (place->node->IsFolder() || place->node->Has(attribute::readOnly)) {
+            return error::accessDenied;
+        }
+    }
+    // The old file is opened for reading and deleting along with everybody, the new one alone.
+    if (const SystemError code = disk_.CheckUse(*old.node, {access::read | access::remove, access::all})) {
+        return code;
+    }
+    if (const SystemError code = CheckRemoval(disk_, *old.node); code != error::success) {
+        return code;
+    }
+    if (disk_.IsInTheWay(*young.node)) {
+        return error::sharingViolation;
+    }
+    return old.parent->volume == young.parent->volume ? CheckRemoval(disk_, *young.node) : error::replacementNotMoved;
 }
 
 SystemError InMemoryFiles::Replace(const std::string& replaced, const std::string& replacement,
@@ -237,27 +303,14 @@ SystemError InMemoryFiles::Replace(const std::string& replaced, const std::strin
     }
     const Place old = disk_.Locate(replaced, Follow::no);
     const Place young = disk_.Locate(replacement, Follow::no);
-    if (old.node == nullptr || young.node == nullptr) {
-        return old.node == nullptr ? old.error : young.error;
-    }
-    if (disk_.Parse(backup).error != error::success) {
-        return disk_.Parse(backup).error;
-    }
-    if (old.node->IsFolder() || young.node->IsFolder() || old.node->Has(attribute::readOnly) ||
-        young.node->Has(attribute::readOnly)) {
-        return error::accessDenied;
-    }
-    if (const SystemError code = CheckRemoval(*old.node); code != error::success) {
+    if (const SystemError code = CheckReplacement(old, young); code != error::success) {
         return code;
     }
-    if (young.node->IsOpen()) {
-        return error::sharingViolation;
-    }
-    if (old.parent->volume != young.parent->volume) {
-        return error::replacementNotMoved;
+    if (const SystemError code = disk_.Parse(backup).error; code != error::success) {
+        return code;
     }
     const std::uint32_t attributes = old.node->attributes;
-    const FileTime created = old.node->creationTime;
+    const FileTime created = old.node->CreationTime();
     if (Rename(replaced, backup, true) != error::success) {
         return error::replacedKept;
     }
@@ -265,10 +318,12 @@ SystemError InMemoryFiles::Replace(const std::string& replaced, const std::strin
     SystemError code = faults_.Enter("Replace.Second", replaced, true);
     code = code == error::success ? Rename(replacement, replaced, false) : code;
     if (code != error::success) {
-        return error::replacedMovedAway;
+        code = faults_.Enter("Replace.Back", replaced, true);
+        code = code == error::success ? Rename(backup, replaced, false) : code;
+        return code == error::success ? error::replacementNotMoved : error::replacedMovedAway;
     }
     young.node->attributes = attributes;
-    young.node->creationTime = created;
+    disk_.SetCreationTime(*young.node, created);
     return error::success;
 }
 
@@ -309,26 +364,40 @@ SystemError InMemoryFiles::Open(const std::string& path, OpenMode mode, std::uni
     return code;
 }
 
+SystemError InMemoryFiles::OpenForQuestions(const std::string& path, NodePtr& node) const {
+    const Place place = disk_.Locate(path, Follow::yes);
+    if (place.node == nullptr) {
+        return place.error;
+    }
+    if (place.node->HasUnknownTag() || place.node->pageFile) {
+        return place.node->pageFile ? error::sharingViolation : error::cannotAccessFile;
+    }
+    node = place.node;
+    return error::success;
+}
+
 SystemError InMemoryFiles::FinalPath(const std::string& path, std::string& finalPath) {
     if (const SystemError code = faults_.Enter("FinalPath", path, false); code != error::success) {
         return code;
     }
-    const Place place = disk_.Locate(path, Follow::yes);
-    if (place.node != nullptr) {
-        finalPath = place.node->Path();
+    NodePtr node;
+    const SystemError code = OpenForQuestions(path, node);
+    if (code == error::success) {
+        finalPath = node->Path();
     }
-    return place.error;
+    return code;
 }
 
 SystemError InMemoryFiles::Identify(const std::string& path, FileIdentity& identity) {
     if (const SystemError code = faults_.Enter("Identify", path, false); code != error::success) {
         return code;
     }
-    const Place place = disk_.Locate(path, Follow::yes);
-    if (place.node != nullptr) {
-        identity = {place.node->volume->serial, place.node->index, 0};
+    NodePtr node;
+    const SystemError code = OpenForQuestions(path, node);
+    if (code == error::success) {
+        identity = {node->volume->serial, node->index, 0};
     }
-    return place.error;
+    return code;
 }
 
 SystemError InMemoryFiles::GetVolume(const std::string& path, Volume& volume) {

@@ -9,7 +9,9 @@
 namespace marlok::test {
 
 /// The kernel's file services on the in-memory disk. A copy is several steps, each seen by hooks and faults:
-/// "Copy" (the source is opened), "Copy.Create", "Copy.Write" once a chunk, "Copy.Finish" (times and attributes).
+/// "Copy" (the source is opened), "Copy.Create", "Copy.Write" once a chunk, "Copy.Finish" (times and attributes). So is
+/// Replace: "Replace" (the old file gets the backup's name), "Replace.Second" (the new one gets the old one's) and,
+/// where that fails, "Replace.Back".
 class InMemoryFiles : public FileSystem {
  public:
     InMemoryFiles(InMemoryDisk& disk, FaultPlan& faults) : disk_(disk), faults_(faults) {}
@@ -55,7 +57,12 @@ class InMemoryFiles : public FileSystem {
     [[nodiscard]] SystemError Search(const std::string& pattern, std::unique_ptr<FolderSearch>& search,
                                      DirectoryEntry& first);
     [[nodiscard]] SystemError Rename(const std::string& from, const std::string& to, bool replace);
-    [[nodiscard]] SystemError CheckReplace(const Node& from, const Place& to) const;
+    [[nodiscard]] SystemError CheckMove(const Place& source, const Place& target, bool replace) const;
+    [[nodiscard]] SystemError CheckReplaced(Node& node) const;
+    [[nodiscard]] SystemError CheckReplacement(const Place& old, const Place& young) const;
+    /// What `path` leads to, opened without any access.
+    [[nodiscard]] SystemError OpenForQuestions(const std::string& path, NodePtr& node) const;
+    [[nodiscard]] bool IsCurrentFolder(const Node& node) const;
 
     InMemoryDisk& disk_;
     FaultPlan& faults_;
@@ -71,7 +78,7 @@ class InMemoryFiles : public FileSystem {
 /// Success when a file or folder may be created in `parent`.
 [[nodiscard]] SystemError CheckCreation(const Node& parent);
 
-/// Success when `node` may be removed from its folder: it is not in use, not denied, and the disk takes changes.
-[[nodiscard]] SystemError CheckRemoval(const Node& node);
+/// Success when `node` may be removed from its folder: nobody forbids it, and the disk takes changes.
+[[nodiscard]] SystemError CheckRemoval(const InMemoryDisk& disk, Node& node);
 
 }  // namespace marlok::test

@@ -92,7 +92,7 @@ void InMemoryMachine::Seed(std::initializer_list<Seeded> entries) {
 void InMemoryMachine::Seed(const Seeded& entry) {
     const bool folder = !entry.path.empty() && entry.path.back() == '\\';
     const NodePtr node = folder ? MakeFolder(disk.Parse(entry.path)) : MakeFile(entry.path);
-    if (disk.Write(*node, 0, entry.content) != error::success) {
+    if (!folder && disk.Write(*node, 0, entry.content) != error::success) {
         Refuse(entry.path, "does not fit on the drive");
     }
     node->attributes |= entry.attributes;
@@ -121,7 +121,7 @@ std::string InMemoryMachine::Read(const std::string& path) const {
     if (node->IsFolder()) {
         Refuse(path, "is a folder");
     }
-    return node->content;
+    return node->Text();
 }
 
 bool InMemoryMachine::Exists(const std::string& path) const {
@@ -138,10 +138,14 @@ test::Tree InMemoryMachine::Tree(const std::string& folder) const {
     if (top == nullptr) {
         return tree;
     }
+    disk.Settle(*top);
     const std::string path = top->Path();
     const std::size_t above = path.back() == '\\' ? path.size() : path.size() + 1;
     for (const NodePtr& node : InMemoryDisk::Below(*top)) {
-        tree[node->Path().substr(above) + (node->IsFolder() ? "\\" : "")] = node->content;
+        disk.Settle(*node);
+        if (node->parent != nullptr) {
+            tree[node->Path().substr(above) + (node->IsFolder() ? "\\" : "")] = node->Text();
+        }
     }
     return tree;
 }
@@ -182,7 +186,41 @@ void InMemoryMachine::MakePlaceholder(const std::string& path) {
 }
 
 void InMemoryMachine::Lock(const std::string& path, bool locked) {
-    Existing(path, Follow::no)->locked = locked;
+    if (locked) {
+        PutHold(path, Hold{});
+    } else {
+        LetGo(path);
+    }
+}
+
+void InMemoryMachine::PutHold(const std::string& path, const Hold& hold) {
+    Existing(path, Follow::yes)->users.Add(hold);
+}
+
+void InMemoryMachine::HoldFor(const std::string& path, std::uint64_t milliseconds, Use use) {
+    PutHold(path, {use, clock.Ticks() + milliseconds});
+}
+
+void InMemoryMachine::HoldForCalls(const std::string& path, int calls, Use use) {
+    Hold hold{use};
+    hold.calls = calls;
+    PutHold(path, hold);
+}
+
+void InMemoryMachine::LetGo(const std::string& path) {
+    Existing(path, Follow::yes)->users.RemoveHolds();
+}
+
+void InMemoryMachine::Map(const std::string& path) {
+    Hold hold;
+    hold.kind = Hold::Kind::mapping;
+    PutHold(path, hold);
+}
+
+void InMemoryMachine::RunFrom(const std::string& path) {
+    Hold hold;
+    hold.kind = Hold::Kind::image;
+    PutHold(path, hold);
 }
 
 void InMemoryMachine::Deny(const std::string& path, bool denied) {
@@ -193,6 +231,58 @@ void InMemoryMachine::FailReads(const std::string& path, SystemError code, std::
     const NodePtr node = Existing(path, Follow::yes);
     node->readError = code;
     node->readableBytes = readable;
+}
+
+void InMemoryMachine::MakeReparsePoint(const std::string& path, std::uint32_t tag) {
+    const NodePtr node = Existing(path, Follow::no);
+    node->attributes |= attribute::reparsePoint;
+    node->reparseTag = tag;
+}
+
+void InMemoryMachine::MakeCompatibilityJunction(const std::string& path, const std::string& target) {
+    MakeLink(path, target);
+    SetAttributes(path, attribute::hidden | attribute::system);
+    Deny(path);
+}
+
+void InMemoryMachine::MakePageFile(const std::string& path) {
+    const NodePtr node = Existing(path, Follow::no);
+    node->attributes |= attribute::hidden | attribute::system;
+    node->pageFile = true;
+    node->users.Add(Hold{});
+}
+
+void InMemoryMachine::MakeCaseSensitive(const std::string& folder) {
+    const NodePtr node = Existing(folder, Follow::no);
+    if (!node->IsFolder() || !node->children.empty()) {
+        Refuse(folder, "cannot become a case-sensitive folder");
+    }
+    node->caseSensitive = true;
+}
+
+void InMemoryMachine::MakeLarge(const std::string& path, std::uint64_t bytes) {
+    const NodePtr node = Existing(path, Follow::yes);
+    const FileTime time = node->WriteTime();
+    if (disk.SetSize(*node, bytes) != error::success) {
+        Refuse(path, "does not fit on the drive");
+    }
+    disk.SetWriteTime(*node, time);
+}
+
+void InMemoryMachine::SeedSystemFolders(char letter) {
+    constexpr std::uint32_t hiddenSystem = attribute::hidden | attribute::system;
+    const std::string root = std::string(1, letter) + ":\\";
+    const std::string bin = root + R"($RECYCLE.BIN\S-1-5-21-1004336348-1177238915-682003330-1001\)";
+    Seed({{root + "$RECYCLE.BIN\\", "", {}, hiddenSystem},
+          {bin, "", {}, hiddenSystem},
+          {bin + "desktop.ini", "[.ShellClassInfo]", {}, hiddenSystem},
+          {bin + "$IABC123.txt", "where it was"},
+          {bin + "$RABC123.txt", "thrown away"},
+          {root + R"(System Volume Information\)", "", {}, hiddenSystem},
+          {root + R"(System Volume Information\IndexerVolumeGuid)", "{}"}});
+    const DiskVolume* volume = disk.FindVolume(std::string(1, letter) + ":");
+    // Where the file system keeps rights, this folder is nobody's but the system's.
+    Deny(root + "System Volume Information", !volume->IsFat() && !volume->IsExFat());
 }
 
 void InMemoryMachine::SetTime(const std::string& path, FileTime time) {

@@ -85,11 +85,45 @@ class InMemoryMachine {
     /// A symbolic link to a file.
     void MakeFileLink(const std::string& path, const std::string& target);
 
+    /// Makes a reparse point of an existing file or folder. One with a tag that this machine has no driver for cannot
+    /// be opened; links are made by the calls above.
+    void MakeReparsePoint(const std::string& path, std::uint32_t tag);
+
+    /// A hidden junction as the system puts them where folders once were: what lies below it can be reached by name,
+    /// and nobody may list it.
+    void MakeCompatibilityJunction(const std::string& path, const std::string& target);
+
+    /// Makes an existing file one that the system keeps for itself (a page file): even the question what it is, by its
+    /// name, fails; its folder's listing tells.
+    void MakePageFile(const std::string& path);
+
+    /// In this folder, still empty, names that differ in letter case are different.
+    void MakeCaseSensitive(const std::string& folder);
+
+    /// Makes an existing file so many bytes long, zeros at its end, at the cost of none of them. Its time stays.
+    void MakeLarge(const std::string& path, std::uint64_t bytes);
+
+    /// Puts on a drive what Windows keeps in every root: the recycle bin, with a thrown away file in it, and the folder
+    /// of the restore points.
+    void SeedSystemFolders(char letter);
+
     /// Marks an existing file or folder as the placeholder of one kept online.
     void MakePlaceholder(const std::string& path);
 
     /// As if another program held the file open without sharing.
     void Lock(const std::string& path, bool locked = true);
+
+    /// As if another program held the file open, for so long by the machine's clock, or until it has made so many calls
+    /// fail. By default it reads and lets nobody do anything.
+    void HoldFor(const std::string& path, std::uint64_t milliseconds, Use use = {access::read, access::none});
+    void HoldForCalls(const std::string& path, int calls, Use use = {access::read, access::none});
+
+    /// Takes away whatever the two above, Lock, Map and RunFrom have put on the file.
+    void LetGo(const std::string& path);
+
+    /// As if another program had the file's content mapped into memory, or ran it.
+    void Map(const std::string& path);
+    void RunFrom(const std::string& path);
 
     /// Takes the user's right to a file, or to list and change a folder. What lies below stays reachable.
     void Deny(const std::string& path, bool denied = true);
@@ -113,6 +147,7 @@ class InMemoryMachine {
     void ExpectNoLeaks() const;
 
  private:
+    void PutHold(const std::string& path, const Hold& hold);
     [[nodiscard]] NodePtr Existing(const std::string& path, InMemoryDisk::Follow follow) const;
     NodePtr MakeFile(const std::string& path);
     NodePtr MakeFolder(const PathParts& parts);

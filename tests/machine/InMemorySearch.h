@@ -21,18 +21,20 @@ class InMemorySearch : public FolderSearch {
     [[nodiscard]] SystemError Next(DirectoryEntry& entry) override;
 
     /// Takes in what matches the last component of the pattern.
-    void Collect(const NodePtr& folder, const std::string& pattern);
+    void Collect(Handle folder, const std::string& pattern);
 
     /// Next without counting a step; false behind the last entry.
     [[nodiscard]] bool Fetch(DirectoryEntry& entry);
 
  private:
     void AddDots(const Node& folder, const std::string& pattern);
+    void AddAll(const Node& folder, const std::string& pattern);
 
     FaultPlan& faults_;
     int& openSearches_;
     std::string path_;  ///< the pattern as the program gave it
     bool tellsReparseTags_;
+    Handle folder_;
     std::vector<DirectoryEntry> dots_;
     std::vector<NodePtr> nodes_;
     std::size_t next_ = 0;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tests/machine/InMemoryFiles.h"
+#include "tests/machine/NamePattern.h"
 #include "text/Text.h"
 
 namespace marlok::test {
@@ -137,7 +138,7 @@ int InMemoryShell::DeleteOne(const NodePtr& node) {
         return ShellCode(code);
     }
     const bool refused = node->Has(attribute::readOnly) && !deletesReadOnly;
-    const SystemError code = refused ? error::accessDenied : CheckRemoval(*node);
+    const SystemError code = refused ? error::accessDenied : CheckRemoval(disk_, *node);
     if (code == error::success) {
         disk_.Remove(node);
     }
@@ -185,7 +186,7 @@ int InMemoryShell::CopyInto(const NodePtr& node, const std::string& target, bool
     return node->IsFolder() && IsWithin(destination, source) ? targetInSource : CopyTree(*node, destination);
 }
 
-int InMemoryShell::CopyTree(const Node& top, const std::string& target) {
+int InMemoryShell::CopyTree(Node& top, const std::string& target) {
     if (!top.IsFolder()) {
         const int code = MakeFolders(target.substr(0, target.rfind('\\')));
         return code == 0 ? CopyOne(top, target) : code;
@@ -201,7 +202,7 @@ int InMemoryShell::CopyTree(const Node& top, const std::string& target) {
     return code;
 }
 
-int InMemoryShell::CopyOne(const Node& node, const std::string& target) {
+int InMemoryShell::CopyOne(Node& node, const std::string& target) {
     const int unreachable = Unreachable(node.Path());
     if (unreachable != 0 || TooLong(target)) {
         return unreachable != 0 ? unreachable : pathTooDeep;
@@ -209,25 +210,28 @@ int InMemoryShell::CopyOne(const Node& node, const std::string& target) {
     if (const SystemError code = faults_.Enter("Shell.Copy", target, true); code != error::success) {
         return ShellCode(code);
     }
-    if (node.locked || node.denied) {
-        return ShellCode(node.locked ? error::sharingViolation : error::accessDenied);
+    if (node.denied) {
+        return ShellCode(error::accessDenied);
+    }
+    if (const SystemError code = disk_.CheckUse(node, {access::read, access::read}); code != error::success) {
+        return ShellCode(code);
     }
     const Place place = disk_.Locate(target, Follow::yes);
     if (place.node == nullptr && place.error != error::fileNotFound) {
         return ShellCode(place.error);
     }
-    const SystemError check = place.node == nullptr ? CheckCreation(*place.parent) : CheckRemoval(*place.node);
+    const SystemError check = place.node == nullptr ? CheckCreation(*place.parent) : CheckRemoval(disk_, *place.node);
     if (check != error::success || (place.node != nullptr && place.node->IsFolder())) {
         return ShellCode(check != error::success ? check : error::accessDenied);
     }
     const NodePtr copy = place.node != nullptr ? place.node : disk_.Add(place, node.attributes);
     disk_.Empty(*copy);
-    if (const SystemError code = disk_.Write(*copy, 0, node.content); code != error::success) {
+    if (const SystemError code = disk_.Write(*copy, 0, node.Text()); code != error::success) {
         disk_.Remove(copy);
         return ShellCode(code);
     }
     copy->attributes = node.attributes | attribute::archive;
-    disk_.SetWriteTime(*copy, node.lastWriteTime);
+    disk_.SetWriteTime(*copy, node.WriteTime());
     return 0;
 }
 
@@ -248,7 +252,7 @@ SystemError InMemoryShell::SaveShortcut(const Shortcut& shortcut) {
     if (place.node == nullptr && place.error != error::fileNotFound) {
         return place.error;
     }
-    const SystemError code = place.node == nullptr ? CheckCreation(*place.parent) : CheckRemoval(*place.node);
+    const SystemError code = place.node == nullptr ? CheckCreation(*place.parent) : CheckRemoval(disk_, *place.node);
     if (code != error::success) {
         return code;
     }

@@ -47,8 +47,8 @@ class InMemoryShell : public Shell {
     [[nodiscard]] int Unreachable(const std::string& path) const;
     [[nodiscard]] int DeleteOne(const NodePtr& node);
     [[nodiscard]] int CopyInto(const NodePtr& node, const std::string& target, bool several);
-    [[nodiscard]] int CopyTree(const Node& top, const std::string& target);
-    [[nodiscard]] int CopyOne(const Node& node, const std::string& target);
+    [[nodiscard]] int CopyTree(Node& top, const std::string& target);
+    [[nodiscard]] int CopyOne(Node& node, const std::string& target);
     [[nodiscard]] int MakeFolders(const std::string& path);
 
     InMemoryDisk& disk_;

@@ -121,42 +121,6 @@ PathParts ParseOrdinary(std::string path, const std::string& currentFolder, Path
     return parts;
 }
 
-/// True when `pattern` may match nothing at all at the end of a name: what is left are wildcards, and dots before them.
-bool MatchesEmpty(std::u16string_view pattern) {
-    for (std::size_t i = 0; i < pattern.size(); ++i) {
-        const bool dotBeforeWildcard =
-            pattern[i] == u'.' && i + 1 < pattern.size() && (pattern[i + 1] == u'*' || pattern[i + 1] == u'?');
-        if (pattern[i] != u'*' && pattern[i] != u'?' && !dotBeforeWildcard) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool Matches(std::u16string_view name, std::u16string_view pattern) {
-    std::size_t n = 0;
-    std::size_t p = 0;
-    std::size_t starPattern = std::u16string_view::npos;
-    std::size_t starName = 0;
-    while (n < name.size()) {
-        if (p < pattern.size() && pattern[p] == u'*') {
-            starPattern = p++;
-            starName = n;
-        } else if (p < pattern.size() && (pattern[p] == name[n] || (pattern[p] == u'?' && name[n] != u'.'))) {
-            ++p;
-            ++n;
-        } else if (p < pattern.size() && pattern[p] == u'?') {
-            ++p;  // before a dot, "?" also stands for no character
-        } else if (starPattern != std::u16string_view::npos) {
-            p = starPattern + 1;
-            n = ++starName;
-        } else {
-            return false;
-        }
-    }
-    return MatchesEmpty(pattern.substr(p));
-}
-
 }  // namespace
 
 std::string PathParts::Text() const {
@@ -199,29 +163,10 @@ bool IsPlainPath(std::string_view path) {
            });
 }
 
-std::u16string NameKey(std::string_view name) {
+std::u16string NameKey(std::string_view name, UpcaseTable upcase) {
     std::u16string key = text::ToUtf16(name);
-    for (char16_t& unit : key) {
-        unit = text::FoldUnit(unit);
-        // The file system compares capital letters, which puts "_" behind "Z".
-        if (unit >= u'a' && unit <= u'z') {
-            unit = static_cast<char16_t>(unit - u'a' + u'A');
-        }
-    }
+    std::transform(key.begin(), key.end(), key.begin(), upcase);
     return key;
-}
-
-bool MatchesPattern(std::string_view name, std::string_view pattern) {
-    if (pattern == "*" || pattern == "*.*") {
-        return true;
-    }
-    const std::u16string nameKey = NameKey(name);
-    std::u16string patternKey = NameKey(pattern);
-    if (pattern.size() > 1 && pattern.substr(pattern.size() - 2) == "*.") {
-        patternKey.pop_back();
-        return nameKey.find(u'.') == std::u16string::npos && Matches(nameKey, patternKey);
-    }
-    return Matches(nameKey, patternKey);
 }
 
 }  // namespace marlok::test

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/SystemError.h"
+#include "tests/machine/Upcase.h"
 
 namespace marlok::test {
 
@@ -33,9 +34,6 @@ struct PathRules {
 
 /// The key under which a folder keeps a name: equal for names that differ in letter case alone, in the order in
 /// which the file system lists them.
-[[nodiscard]] std::u16string NameKey(std::string_view name);
-
-/// True when `name` matches `pattern` with the wildcards "*" and "?" the way the kernel's listings match.
-[[nodiscard]] bool MatchesPattern(std::string_view name, std::string_view pattern);
+[[nodiscard]] std::u16string NameKey(std::string_view name, UpcaseTable upcase = &Upcase);
 
 }  // namespace marlok::test

@@ -201,7 +201,7 @@ TEST_F(BackupRunTest, WhereALinkStaysCopyAllSaysSo) {
     machine.MakeLink(R"(E:\Save\Sub\deeper)", R"(C:\Precious)");
     EXPECT_EQ(Run("A"), exitcode::somethingFailed);
     EXPECT_EQ(machine.Read(R"(C:\Precious\p.txt)"), "p");
-    EXPECT_THAT(ErrorLog(machine), ElementsAre(Reported(R"(E:\Save\Sub)")));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Reported(R"(E:\Save\Sub\deeper)")));
     EXPECT_EQ(Saved().count("Data\\a.doc"), 1U);
 }
 
@@ -224,15 +224,18 @@ TEST_F(BackupRunTest, SourcesThatLeadOutOfTheLocationAreRefused) {
     EXPECT_EQ(Saved(), everything);
 }
 
-TEST_F(BackupRunTest, ARunTimeErrorInOneSourceStopsNoOther) {
+TEST_F(BackupRunTest, FortyThousandDirectSubfoldersAreSaved) {
     machine.faults.KeepJournal(false);
-    for (int i = 0; i < 32'768; ++i) {
+    constexpr std::size_t count = 40'000;
+    for (std::size_t i = 0; i < count; ++i) {
         machine.Seed({R"(C:\Many\f)" + std::to_string(i) + "\\"});
     }
-    Configure(machine, {{location, {R"(C:\Many)", R"(C:\Data)"}}});
-    EXPECT_EQ(Run(), exitcode::somethingFailed);
-    EXPECT_THAT(ErrorLog(machine), ElementsAre(Reported(R"(C:\Many)")));
-    EXPECT_EQ(Saved(), everything);
+    machine.Seed({{R"(C:\Many\f39999\last.txt)", "last"}});
+    Configure(machine, {{location, {R"(C:\Many)"}}});
+    EXPECT_EQ(Run(), exitcode::allDone);
+    const Tree saved = Saved();
+    EXPECT_EQ(saved.size(), count + 2);
+    EXPECT_EQ(saved.at(R"(Many\f39999\last.txt)"), "last");
 }
 
 TEST_F(BackupRunTest, TheMachineStaysAwakeForTheRunOnly) {

@@ -351,9 +351,9 @@ TEST_F(Form1Test, TheEndOfTheSessionIsHeldUpUntilTheLogIsWritten) {
     EXPECT_EQ(machine.desktop.ShutdownReason(), "");
 }
 
-TEST_F(Form1Test, ARunStopsAfterTheFileBeingCopiedWhenTheSessionEnds) {
+TEST_F(Form1Test, ARunStopsWithinTheFileBeingCopiedWhenTheSessionEnds) {
     machine.faults.BeforeStep([this](const Step& step) {
-        if (step.operation == "Copy") {
+        if (step.operation == "Copy" && machine.Exists(R"(E:\Save\Data\a.doc)")) {
             static_cast<void>(machine.desktop.EndSession());
             machine.clock.Advance(1000);
         }
@@ -365,6 +365,47 @@ TEST_F(Form1Test, ARunStopsAfterTheFileBeingCopiedWhenTheSessionEnds) {
     WaitFor(machine, program, [&] { return !window.Timer1.Running(); });
     EXPECT_TRUE(window.Label3.Visible);
     EXPECT_EQ(program.session.exitCode, exitcode::somethingFailed);
+}
+
+/// A whole drive as location, with a file that nobody backs up.
+class WholeDriveTest : public Form1Test {
+ protected:
+    WholeDriveTest() {
+        Configure(machine, {{"E:\\", {R"(C:\Data)"}}});
+        machine.Seed({{R"(E:\Photos\a.jpg)", "a picture"}});
+        program.session.gAllFiles = true;
+    }
+};
+
+TEST_F(WholeDriveTest, IsAskedAbout) {
+    machine.desktop.Answer(button::yes);
+    Run({"E:\\"});
+    ASSERT_EQ(machine.desktop.Messages().size(), 1U);
+    const ShownMessage& question = machine.desktop.Messages().front();
+    EXPECT_THAT(question.text, HasSubstr("drive E:\\ is"));
+    EXPECT_THAT(question.text, HasSubstr(": 1 (9 bytes)"));
+    ASSERT_EQ(question.captions.size(), 2U);
+    EXPECT_EQ(question.captions.front().caption, "Keep") << "which Enter presses";
+    EXPECT_EQ(question.captions.front().button, DefaultButton(question.style));
+    EXPECT_EQ(machine.Read(R"(E:\Photos\a.jpg)"), "a picture");
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(HasSubstr("kept: 1 files that no source has")));
+}
+
+TEST_F(WholeDriveTest, IsEmptiedWhenThePersonSaysSo) {
+    machine.desktop.Answer(button::no);
+    Run({"E:\\"});
+    EXPECT_FALSE(machine.Exists(R"(E:\Photos\a.jpg)"));
+    EXPECT_EQ(machine.Read(R"(E:\Data\a.doc)"), "one");
+    EXPECT_EQ(program.session.exitCode, exitcode::allDone);
+}
+
+TEST_F(WholeDriveTest, WhatWasClickedBeforeDoesNotAnswer) {
+    bool clicked = false;
+    machine.desktop.HasDone([&] { clicked = true; });
+    machine.desktop.Answer(button::yes);
+    Load({"E:\\"});
+    EXPECT_EQ(machine.desktop.PendingActions(), 0U);
+    EXPECT_FALSE(clicked);
 }
 
 TEST_F(Form1Test, AnErrorLogThatCannotBeWrittenIsSaidInTheWindow) {

@@ -7,6 +7,7 @@
 namespace marlok::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -267,6 +268,7 @@ TEST_F(Form6Test, ALongerLineSelectsNoShorterPath) {
 TEST_F(Form6Test, AnyOfSeveralLinesSelects) {
     Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}, {R"(E:\More)", {R"(C:\Data)"}}, {R"(E:\Third)", {}}});
     EXPECT_EQ(RunUnattended(machine, "C None More Third"), exitcode::somethingFailed);
+    EXPECT_THAT(ErrorLog(machine), Contains(Reported(R"(E:\Third)"))) << "nothing is to be backed up into it";
     EXPECT_EQ(machine.Tree("E:\\"), (Tree{{"More\\", ""},
                                           {"More\\Data\\", ""},
                                           {"More\\Data\\Sub\\", ""},
@@ -367,10 +369,11 @@ TEST_F(Form6Test, AnOriginalPathInsideAListedOneIsNotAddedAgain) {
                                                            R"(C:\Data\b.txt.bak)", R"(C:\Data\Sub\b.txt)"));
 }
 
-TEST_F(Form6Test, ALocationWithoutSourcesStillGetsAnEmptyList) {
+TEST_F(Form6Test, ALocationWithoutSourcesIsReportedAndStillGetsAnEmptyList) {
     Configure(machine, {{R"(E:\Empty)", {}}, {R"(E:\Save)", {R"(C:\Data)"}}});
     machine.registry.SetString(SettingsKey("Empty"), "SourcePath1", R"(C:\Data)");
-    EXPECT_EQ(RunUnattended(machine, "C Empty"), exitcode::allDone);
+    EXPECT_EQ(RunUnattended(machine, "C Empty"), exitcode::somethingFailed);
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Reported(R"(E:\Empty)")));
     EXPECT_EQ(machine.Read(Beside("Empty.txt")), "");
     EXPECT_EQ(machine.Tree("E:\\"), (Tree{{"Empty\\", ""}}));
 }

@@ -57,7 +57,7 @@ TEST_F(InMemoryCopyTest, ProgressTellsEachChunk) {
 TEST_F(InMemoryCopyTest, ADeathLeavesWhatWasWritten) {
     memory.faults.DieAt(5);
     EXPECT_THROW(static_cast<void>(Copy(copyflag::none)), ProcessDied);
-    EXPECT_EQ(memory.Read("E:\\to"), "123456");
+    EXPECT_EQ(memory.Read("E:\\to"), std::string("123456\0\0", 8)) << "it has its full size from the beginning";
     EXPECT_EQ(memory.EntryOf("E:\\to").lastWriteTime, At(12, 0));
     memory.Restart();
     EXPECT_EQ(memory.files.Delete("E:\\to"), error::success) << "the dead process holds nothing";
@@ -72,15 +72,31 @@ TEST_F(InMemoryCopyTest, AFailureDeletesTheTarget) {
 TEST_F(InMemoryCopyTest, AFailureOfARestartableCopyLeavesItsPart) {
     memory.faults.FailAt(4, error::ioDevice);
     EXPECT_EQ(Copy(copyflag::restartable), error::ioDevice);
-    EXPECT_EQ(memory.Read("E:\\to"), "123");
+    EXPECT_EQ(memory.Read("E:\\to"), std::string("123\0\0\0\0\0", 8));
 }
 
-TEST_F(InMemoryCopyTest, AFullDiskFailsTheCopyHalfWay) {
-    DriveOptions options;
-    options.capacityBytes = 5;
-    memory.AddDrive('E', options);
+TEST_F(InMemoryCopyTest, AFullDiskFailsTheCopyBeforeItsFirstByte) {
+    memory.AddDrive('E', {.capacityBytes = 5});
+    EXPECT_EQ(Copy(copyflag::none), error::diskFull);
+    EXPECT_FALSE(memory.Exists("E:\\to"));
+    EXPECT_EQ(memory.faults.Count("Copy.Write"), 0U);
     EXPECT_EQ(Copy(copyflag::restartable), error::diskFull);
-    EXPECT_EQ(memory.Read("E:\\to"), "12345");
+    EXPECT_EQ(memory.Read("E:\\to"), "");
+}
+
+TEST_F(InMemoryCopyTest, AFullDiskRuinsWhatWasToBeOverwritten) {
+    memory.AddDrive('E', {.capacityBytes = 5});
+    memory.Seed({{"E:\\to", "old", At(8, 0)}});
+    EXPECT_EQ(Copy(copyflag::none), error::diskFull);
+    EXPECT_EQ(memory.Read("E:\\to"), "");
+    EXPECT_EQ(memory.EntryOf("E:\\to").lastWriteTime, At(12, 0));
+}
+
+TEST_F(InMemoryCopyTest, AFailureRuinsWhatWasToBeOverwritten) {
+    memory.Seed({{"E:\\to", "old content", At(8, 0)}});
+    memory.faults.FailAt(4, error::ioDevice);
+    EXPECT_EQ(Copy(copyflag::none), error::ioDevice);
+    EXPECT_EQ(memory.Read("E:\\to"), std::string("123\0\0\0\0\0", 8));
 }
 
 TEST_F(InMemoryCopyTest, TheSourceCanVanishJustBefore) {

@@ -161,7 +161,7 @@ TEST_F(InMemoryDiskTest, LockedFilesAreInUse) {
     EXPECT_EQ(files.Open("E:\\a", OpenMode::read, file), error::sharingViolation);
     EXPECT_EQ(files.Copy("E:\\a", "E:\\c", 0, {}), error::sharingViolation);
     EXPECT_EQ(files.Copy("E:\\b", "E:\\a", 0, {}), error::sharingViolation);
-    EXPECT_EQ(files.Move("E:\\b", "E:\\a", true), error::sharingViolation);
+    EXPECT_EQ(files.Move("E:\\b", "E:\\a", true), error::accessDenied);
     EXPECT_EQ(files.Delete("E:\\a"), error::sharingViolation);
     memory.Lock("E:\\a", false);
     EXPECT_EQ(files.Delete("E:\\a"), error::success);

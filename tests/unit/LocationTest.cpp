@@ -152,7 +152,8 @@ TEST_P(RefusedLocationTest, IsPassedOverWithAReportAndTheNextOneIsSaved) {
     EXPECT_EQ(machine.Tree("E:\\"), (Tree{{"Good\\", ""}, {"Good\\Data\\", ""}, {"Good\\Data\\a.doc", "one"}}));
     EXPECT_THAT(ErrorLog(machine), testing::ElementsAre(Reported(location)));
     Tree after = machine.Tree(programFolder);
-    for (const char* written : {"Backup Log File.txt", "Backup Error Log.txt", "Good.txt"}) {
+    for (const char* written :
+         {"Backup Log File.txt", "Backup Error Log.txt", "Backup Report.txt", "Backup History.txt", "Good.txt"}) {
         EXPECT_EQ(after.erase(written), 1U) << written;
     }
     EXPECT_EQ(after, program);
@@ -205,7 +206,6 @@ TEST(LocationTest, WhatLiesBelowItAndWhatItIsCalledThere) {
     EXPECT_EQ(drive.RelativeNameOf(R"(E:\Data\a.doc)"), R"(Data\a.doc)");
     EXPECT_EQ(folder.RelativeNameOf(R"(E:\Saved\a.doc)"), "");
     EXPECT_EQ(folder.RelativeNameOf("     No Files"), "");
-    EXPECT_EQ(folder.Journal(), R"(E:\Save\~Marlok Backup.run)");
 }
 
 }  // namespace

@@ -476,5 +476,16 @@ TEST_F(MainTest, AProgramInTheRootOfADriveFindsItsFiles) {
     EXPECT_EQ(program.session.gCommandFile, R"(E:\Command.txt)");
 }
 
+TEST_F(MainTest, WhatAnotherProgramHoldsForAMomentIsWaitedFor) {
+    machine.Seed({{R"(C:\Data\a.doc)", "one"}});
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
+    int held = 3;
+    machine.faults.FailWhen([&](const Step& step) {
+        return step.operation == "Copy" && held-- > 0 ? error::sharingViolation : error::success;
+    });
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_EQ(machine.Read(R"(E:\Save\Data\a.doc)"), "one");
+}
+
 }  // namespace
 }  // namespace marlok::test

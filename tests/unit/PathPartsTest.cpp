@@ -1,5 +1,7 @@
 #include "tests/machine/PathParts.h"
 
+#include "tests/machine/NamePattern.h"
+
 #include <gtest/gtest.h>
 
 namespace marlok::test {

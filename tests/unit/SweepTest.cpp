@@ -52,10 +52,10 @@ std::string SavedPath(const std::string& relative) {
 /// Targets that the location's journal names as being copied straight to their place.
 std::set<std::string> NamedByJournal(InMemoryMachine& machine) {
     std::set<std::string> named;
-    const std::string path = std::string(location) + "\\" + std::string(workingfile::journal);
+    const std::string path = Location(location).Below(workingfile::JournalOf(machine.system.ComputerName()));
     if (machine.Exists(path)) {
-        for (const auto& group : ParseJournal(machine.Read(path))) {
-            for (const JournalEntry& entry : group) {
+        for (const JournalGroup& group : ParseJournal(machine.Read(path)).groups) {
+            for (const JournalEntry& entry : group.entries) {
                 if (!entry.replaces) {
                     named.insert(text::Fold(entry.target));
                 }

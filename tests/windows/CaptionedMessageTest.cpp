@@ -9,7 +9,7 @@
 #include "tests/windows/DialogUser.h"
 #include "win32/Win32Machine.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::test {
 namespace {
@@ -52,6 +52,7 @@ std::vector<SeenButton> ButtonsIn(HWND box) {
 
 std::vector<std::string> Captions(const std::vector<SeenButton>& buttons) {
     std::vector<std::string> captions;
+    captions.reserve(buttons.size());
     for (const SeenButton& one : buttons) {
         captions.push_back(one.caption);
     }
@@ -167,7 +168,7 @@ TEST_F(CaptionedMessageTest, TheNextOrdinaryBoxHasTheCaptionsOfTheSystem) {
 TEST_F(CaptionedMessageTest, ABoxThatCannotBeShownLeavesNoCaptionsBehind) {
     ASSERT_EQ(ShowOrdinary(), button::retry);
     const std::vector<std::string> ordinary = Captions(seen);
-    const HWND gone = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    HWND gone = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
     ASSERT_NE(DestroyWindow(gone), 0);
     EXPECT_LE(win32::ShowCaptionedMessage(gone, "Which?", threeButtons, title, entryCaptions), 0);
     ExpectOrdinaryCaptions(ordinary);

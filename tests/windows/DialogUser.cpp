@@ -1,10 +1,12 @@
 #include "tests/windows/DialogUser.h"
 
+#include <gtest/gtest.h>
+
 #include <utility>
 
 #include "tests/windows/Waiting.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::test {
 
@@ -39,6 +41,7 @@ const std::string& DialogUser::SeenText() {
 void DialogUser::Join() {
     if (thread_.joinable()) {
         thread_.join();
+        EXPECT_TRUE(came_) << "no dialog \"" << title_ << "\" came";
     }
 }
 
@@ -47,6 +50,7 @@ void DialogUser::Run() {
     if (!WaitUntil([&] { return IsReady(dialog = FindWindowW(L"#32770", win32::ToWide(title_).c_str())); })) {
         return;
     }
+    came_ = true;
     for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
         seen_ += win32::FromWide(win32::WindowText(child)) + "|";
     }

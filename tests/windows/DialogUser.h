@@ -9,8 +9,7 @@
 namespace marlok::test {
 
 /// A user on a thread of his own, who waits until the dialog of that title is on the screen and active, looks at it and
-/// does something with it. Waits in vain, without a word, when it never comes: the test then fails by what it expects
-/// to have been seen.
+/// does something with it. Fails the test when it never comes: an answer that nobody asked for is a mistake.
 class DialogUser {
  public:
     /// Must end the dialog; gets its window.
@@ -33,6 +32,7 @@ class DialogUser {
     std::string title_;
     Act act_;
     std::string seen_;
+    bool came_ = false;
     std::thread thread_;  ///< behind what it uses
 };
 

@@ -61,9 +61,10 @@ TEST_F(DrivesTest, TheSystemDriveIsFixedAndHasTheNameOfItsVolume) {
 /// A drive letter for a folder, for as long as it lives.
 class MadeDrive {
  public:
-    MadeDrive(wchar_t letter, std::wstring folder) : name_{letter, L':'}, folder_(std::move(folder)) {
-        made_ = DefineDosDeviceW(0, name_.c_str(), folder_.c_str()) != 0;
-    }
+    MadeDrive(wchar_t letter, std::wstring folder)
+        : name_{letter, L':'},
+          folder_(std::move(folder)),
+          made_(DefineDosDeviceW(0, name_.c_str(), folder_.c_str()) != 0) {}
     MadeDrive(const MadeDrive&) = delete;
     MadeDrive& operator=(const MadeDrive&) = delete;
     ~MadeDrive() { Remove(); }
@@ -80,7 +81,7 @@ class MadeDrive {
  private:
     std::wstring name_;
     std::wstring folder_;
-    bool made_ = false;
+    bool made_;
 };
 
 /// A letter that is not in use.

@@ -26,7 +26,7 @@ void AddWord(std::string& bytes, int value) {
 void AddPalette(std::string& bytes) {
     const std::string colours("\0\0\0\xFF\0\0\0\xFF\0\0\0\xFF\xFF\xFF\xFF", 15);
     bytes += colours;
-    bytes.append(3 * paletteSize - colours.size(), '\0');
+    bytes.append(std::size_t{3} * paletteSize - colours.size(), '\0');
 }
 
 std::string PackedPixels(const std::vector<int>& numbers) {

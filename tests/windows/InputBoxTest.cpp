@@ -10,7 +10,6 @@
 #include "win32/Win32Machine.h"
 #include "win32/machine/Handles.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
 
 namespace marlok::test {
 namespace {
@@ -212,7 +211,7 @@ class InputBoxOwnerTest : public InputBoxTest {
 
     const win32::WindowHandle owner = Make();
     const win32::WindowHandle other = Make();
-    const HWND edit =
+    HWND edit =
         CreateWindowExW(0, L"Edit", L"", WS_CHILD | WS_VISIBLE, 0, 0, 100, 20, owner.Get(), nullptr, nullptr, nullptr);
 };
 
@@ -238,7 +237,7 @@ TEST_F(InputBoxOwnerTest, OtherWindowsTakeNoInputMeanwhileAndTheKeyboardGoesBack
 }
 
 TEST_F(InputBoxTest, ABoxThatCannotBeShownIsAnError) {
-    const HWND gone = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    HWND gone = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
     ASSERT_NE(DestroyWindow(gone), 0);
     EXPECT_THROW(static_cast<void>(win32::AskInputBox(gone, {L"?", L"?", {0, 0}})), std::system_error);
 }

@@ -20,7 +20,8 @@
 #include "ui/run/Form6.h"
 #include "win32/Win32Machine.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/Twips.h"
+#include "win32/views/WindowText.h"
 
 /// Every window at four resolutions and several sizes: nothing overlaps, no text is cut, nothing lies outside. The
 /// program runs on an in-memory machine; the screen is the real one.
@@ -89,6 +90,8 @@ class LayoutTest : public testing::TestWithParam<UINT> {
         EXPECT_TRUE(settings.SaveLocations({R"(E:\Save)", R"(E:\Another\Backup\Location\With\A\Rather\Long\Path)"}));
         EXPECT_TRUE(settings.SaveSources(Location(R"(E:\Save)"), {R"(C:\Data)", R"(C:\Data\letter.doc)"}));
     }
+    LayoutTest(const LayoutTest&) = delete;
+    LayoutTest& operator=(const LayoutTest&) = delete;
     ~LayoutTest() override { program.windows.UnloadAll(); }
 
     HWND Find(const forms::Form& form) {

@@ -17,7 +17,6 @@
 #include "tests/windows/Waiting.h"
 #include "win32/Win32Machine.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
 
 namespace marlok::test {
 namespace {

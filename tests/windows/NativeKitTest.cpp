@@ -16,7 +16,8 @@
 #include "tests/windows/Waiting.h"
 #include "win32/Win32Machine.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/Twips.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::test {
 namespace {

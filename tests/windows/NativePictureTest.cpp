@@ -16,7 +16,7 @@
 #include "tests/windows/Waiting.h"
 #include "win32/Win32Machine.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::test {
 namespace {
@@ -24,6 +24,9 @@ namespace {
 constexpr COLORREF pureRed = RGB(255, 0, 0);
 constexpr COLORREF pureGreen = RGB(0, 255, 0);
 constexpr COLORREF pureBlue = RGB(0, 0, 255);
+
+/// What an animation is waited for at most.
+constexpr auto patience = std::chrono::seconds(10);
 
 class PictureForm : public forms::Form {
  public:
@@ -80,17 +83,19 @@ class NativePictureTest : public ::testing::Test {
         return colour;
     }
 
-    /// The colours that the middle of the web view shows while `turn` is called for a while.
-    std::vector<COLORREF> Colours(std::chrono::milliseconds time, const std::function<void()>& turn) const {
+    /// The colours that the middle of the web view shows one after the other while `turn` is called: until there are
+    /// `enough`, and no longer than `limit`.
+    std::vector<COLORREF> Colours(std::size_t enough, std::chrono::milliseconds limit,
+                                  const std::function<void()>& turn) const {
         std::vector<COLORREF> seen;
-        const auto end = std::chrono::steady_clock::now() + time;
-        while (std::chrono::steady_clock::now() < end) {
-            turn();
+        const auto look = [&] {
             const COLORREF now = Pixel(view, 50, 50);
             if (seen.empty() || seen.back() != now) {
                 seen.push_back(now);
             }
-        }
+            return seen.size() >= enough;
+        };
+        static_cast<void>(WaitUntil(look, limit, turn));  // what was seen says whether it was enough
         return seen;
     }
 
@@ -169,7 +174,7 @@ TEST_F(NativePictureTest, AnAnimationPlaysInTheWebView) {
     Show({PlainFrame(0, 0, 4, 4, red), PlainFrame(0, 0, 4, 4, green)});
     EXPECT_EQ(Pixel(view, 50, 50), pureRed) << "the first frame is there at once";
     EXPECT_EQ(Pixel(view, 10, 50), pureBlue) << "the picture is square, the control is not";
-    const auto seen = Colours(std::chrono::milliseconds(2000), [this] { real.machine().desktop.WaitForInput(20); });
+    const auto seen = Colours(4, patience, [this] { real.machine().desktop.WaitForInput(20); });
     EXPECT_GE(seen.size(), 4U);
     for (const COLORREF colour : seen) {
         EXPECT_TRUE(colour == pureRed || colour == pureGreen) << std::hex << colour;
@@ -181,7 +186,7 @@ TEST_F(NativePictureTest, AnAnimationPlaysWhileTheProgramIsBusy) {
     int pressed = 0;
     form->Inside.Click = [&] { ++pressed; };
     PostMessageW(FindWindowExW(image, nullptr, WC_BUTTONW, L"Inside"), BM_CLICK, 0, 0);
-    const auto seen = Colours(std::chrono::milliseconds(2000), [this] {
+    const auto seen = Colours(4, patience, [this] {
         real.machine().desktop.PaintPending();
         Sleep(1);
     });
@@ -193,11 +198,12 @@ TEST_F(NativePictureTest, StoppingLeavesTheFrameThatIsThere) {
     Show({PlainFrame(0, 0, 4, 4, red), PlainFrame(0, 0, 4, 4, green)});
     form->WebBrowser1.Stop();
     const auto turn = [this] { real.machine().desktop.WaitForInput(20); };
-    const auto seen = Colours(std::chrono::milliseconds(600), turn);
+    // Long enough for six frames.
+    const auto seen = Colours(2, std::chrono::milliseconds(600), turn);
     EXPECT_EQ(seen.size(), 1U);
     EXPECT_NE(seen.front(), pureBlue);
     form->WebBrowser1.Playing = true;
-    EXPECT_GE(Colours(std::chrono::milliseconds(1000), turn).size(), 2U) << "it plays again";
+    EXPECT_GE(Colours(2, patience, turn).size(), 2U) << "it plays again";
 }
 
 TEST_F(NativePictureTest, AnotherFileTakesItsPlace) {
@@ -215,6 +221,7 @@ TEST_F(NativePictureTest, AnotherFileTakesItsPlace) {
 
 TEST_F(NativePictureTest, TheWebViewComesQuicklyAndOpensNothingElse) {
     std::vector<GifFrame> frames;
+    frames.reserve(30);
     for (int frame = 0; frame < 30; ++frame) {
         frames.push_back(PlainFrame(0, 0, 4, 4, frame % 2 == 0 ? red : green));
     }
@@ -225,7 +232,7 @@ TEST_F(NativePictureTest, TheWebViewComesQuicklyAndOpensNothingElse) {
     EXPECT_LT(took, std::chrono::seconds(3));
     RecordProperty("milliseconds",
                    static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(took).count()));
-    Colours(std::chrono::milliseconds(1000), [this] { real.machine().desktop.WaitForInput(20); });
+    EXPECT_GE(Colours(4, patience, [this] { real.machine().desktop.WaitForInput(20); }).size(), 4U) << "it plays";
     for (HWND found : TopWindows()) {
         EXPECT_TRUE(before.contains(found) || found == window) << win32::FromWide(win32::WindowText(found));
     }

@@ -12,11 +12,11 @@
 #include "win32/Win32Machine.h"
 #include "win32/machine/Wide.h"
 #include "win32/views/NativeControls.h"
+#include "win32/views/Twips.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::test {
 namespace {
-
-using forms::Aspect;
 
 class SampleForm : public forms::Form {
  public:
@@ -429,19 +429,25 @@ TEST_F(NativeListTest, LongLinesCanBeScrolledTo) {
 }
 
 TEST_F(NativeListTest, AHundredThousandLinesAreQuick) {
-    const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < 100000; ++i) {
-        form.List1.AddItem("C:\\Data\\Folder\\file number " + std::to_string(i) + ".txt");
-        if (i % 1000 == 0) {
-            form.Refresh();
+    constexpr int lines = 100000;
+    const auto fill = [this](int refreshed) {
+        const auto start = std::chrono::steady_clock::now();
+        form.List1.Clear();
+        for (int i = 1; i <= lines; ++i) {
+            form.List1.AddItem("C:\\Data\\Folder\\file number " + std::to_string(i) + ".txt");
+            if (i % refreshed == 0) {
+                form.Refresh();
+            }
         }
-    }
-    form.Refresh();
-    const auto took = std::chrono::steady_clock::now() - start;
-    EXPECT_EQ(SendMessageW(List(false), LB_GETCOUNT, 0, 0), 100000);
-    EXPECT_LT(took, std::chrono::seconds(10)) << "100 refreshes on the way must not start over each time";
-    RecordProperty("milliseconds",
-                   static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(took).count()));
+        EXPECT_EQ(SendMessageW(List(false), LB_GETCOUNT, 0, 0), lines);
+        return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+    };
+    const auto atOnce = fill(lines);
+    const auto bitByBit = fill(lines / 100);
+    // Compared, not measured: how long either takes depends on what else the machine does. Starting over each time
+    // would take fifty times as long.
+    EXPECT_LT(bitByBit, 10 * atOnce) << "100 refreshes on the way must not start over each time";
+    RecordProperty("milliseconds", static_cast<int>(bitByBit.count()));
 }
 
 }  // namespace

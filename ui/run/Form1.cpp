@@ -18,6 +18,10 @@ namespace {
 // Twips.
 constexpr int leastHeight = 3600;
 
+// Of the question for a whole drive. The first button is the one that Enter presses.
+constexpr int keepButton = button::yes;
+constexpr int deleteButton = button::no;
+
 }  // namespace
 
 Form1::Form1(forms::Windows& windows, Session& session, std::vector<Location> locations,
@@ -128,6 +132,19 @@ void Form1::Copied(const std::string& source, const std::string& target) {
 
 void Form1::Breathe() {
     breathe_();
+}
+
+bool Form1::MayDeleteAll(const WholeDrive& found) {
+    Desktop& desktop = session_.machine.desktop;
+    // What was clicked and typed before the question was there does not answer it.
+    desktop.DiscardInput();
+    const int pressed = desktop.ShowMessageWithCaptions(
+        "The whole drive " + found.location +
+            " is a backup location. Files on it that you do not back up (any more): " + std::to_string(found.files) +
+            " (" + std::to_string(found.bytes) +
+            " bytes).\r\n\r\nDelete all of them for good, or keep those that no earlier backup has saved there?",
+        messagestyle::yesNo | messagestyle::question, Caption(), {{keepButton, "Keep"}, {deleteButton, "Delete"}});
+    return pressed == deleteButton;
 }
 
 void Form1::Timer1_Timer() {

@@ -67,6 +67,7 @@ class Form1 : public forms::Form, private RunSink {
     void BytesCopied(const CopyProgressInfo& info) override;
     void Copied(const std::string& source, const std::string& target) override;
     void Breathe() override;
+    [[nodiscard]] bool MayDeleteAll(const WholeDrive& found) override;
     [[nodiscard]] bool GoOn() override { return run_.GoOn(); }
 
     void PlaceWindow();

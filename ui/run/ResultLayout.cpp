@@ -65,7 +65,8 @@ void ShowFailures(forms::Label& label, Machine& machine, const RunReport& report
     if (!label.Visible) {
         return;
     }
-    const std::string log = std::string("\"") + programfile::errorLog + "\"";
+    std::string log = "\"";
+    log.append(programfile::errorLog).append("\"");
     const std::string unwritten = WhyNoErrorLog(machine.system, report);
     const std::size_t things = report.Lines().size() - (unwritten.empty() ? 0 : 1);
     // Where no file failed, something else did: the log itself, or the shortcut to it.

@@ -16,6 +16,7 @@ namespace {
 struct CopyCall {
     const CopyProgressRoutine& progress;
     std::optional<CopyProgressInfo> last = {};  ///< what the system told last; nothing when it does not tell
+    std::optional<std::uint64_t> copied = {};   ///< the size of what was copied, where it was asked for
     std::exception_ptr thrown = nullptr;
 };
 
@@ -54,26 +55,26 @@ std::optional<std::uint64_t> SizeOf(const std::wstring& path) {
 
 /// Success when all bytes of a copy that has not failed are there. There are systems that take a source they can read
 /// no further for one that ends there. Where the system has counted up to the end nothing more is asked.
-SystemError CheckWhole(const std::wstring& from, const std::wstring& to, const CopyCall& call) {
+SystemError CheckWhole(const std::wstring& from, const std::wstring& to, CopyCall& call) {
     if (call.last && call.last->totalTransferred >= call.last->totalFileSize) {
         return error::success;
     }
-    const std::optional<std::uint64_t> copied = SizeOf(to);
-    const std::optional<std::uint64_t> wanted = copied ? SizeOf(from) : std::nullopt;
+    call.copied = SizeOf(to);
+    const std::optional<std::uint64_t> wanted = call.copied ? SizeOf(from) : std::nullopt;
     // What somebody has taken away meanwhile says nothing of the copy.
-    return copied && wanted && *copied < *wanted ? error::readFault : error::success;
+    return call.copied && wanted && *call.copied < *wanted ? error::readFault : error::success;
 }
 
 /// There are systems that copy without telling: there the routine learns the start and the end, once the file is there.
 /// Calling the copy off takes the file away again.
-SystemError TellAfterwards(const std::wstring& copy, const CopyProgressRoutine& progress) {
-    const std::optional<std::uint64_t> size = SizeOf(copy);
-    if (!size) {
+SystemError TellAfterwards(const std::wstring& copy, const CopyCall& call) {
+    if (!call.copied) {
         return error::success;  // taken away by somebody already; the copy itself was done
     }
-    CopyAnswer answer = progress({*size, 0, CopyProgressInfo::Reason::streamSwitch});
-    if (answer == CopyAnswer::goOn && *size != 0) {
-        answer = progress({*size, *size, CopyProgressInfo::Reason::chunkFinished});
+    const std::uint64_t size = *call.copied;
+    CopyAnswer answer = call.progress({size, 0, CopyProgressInfo::Reason::streamSwitch});
+    if (answer == CopyAnswer::goOn && size != 0) {
+        answer = call.progress({size, size, CopyProgressInfo::Reason::chunkFinished});
     }
     if (answer == CopyAnswer::goOn) {
         return error::success;
@@ -99,7 +100,7 @@ SystemError CopyFileTelling(const std::wstring& from, const std::wstring& to, st
         code = CheckWhole(from, to, call);
     }
     if (code == error::success && progress && !call.last) {
-        code = TellAfterwards(to, progress);
+        code = TellAfterwards(to, call);
     }
     return code;
 }

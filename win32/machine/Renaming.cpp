@@ -59,13 +59,35 @@ bool MayBeOpen(SystemError code, const std::wstring& from, const std::wstring& t
     return code == error::accessDenied && HasNewHandleClasses() && IsPlainFile(to) && IsPlainFile(from);
 }
 
-SystemError CheckReplaceable(const std::wstring& path) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
+/// What a file is told by while it goes from name to name.
+using Facts = WIN32_FILE_ATTRIBUTE_DATA;
+
+bool Look(const std::wstring& path, Facts& facts) {
+    return GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &facts) != 0;
+}
+
+SystemError CheckReplaceable(const std::wstring& path, Facts& facts) {
+    if (!Look(path, facts)) {
         return LastError();
     }
     constexpr DWORD refused = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
-    return (attributes & refused) != 0 ? error::accessDenied : error::success;
+    return (facts.dwFileAttributes & refused) != 0 ? error::accessDenied : error::success;
+}
+
+bool IsSame(const Facts& one, const Facts& other) {
+    return CompareFileTime(&one.ftLastWriteTime, &other.ftLastWriteTime) == 0 &&
+           one.nFileSizeHigh == other.nFileSizeHigh && one.nFileSizeLow == other.nFileSizeLow;
+}
+
+/// After a replacement that failed with `code`: gives the old file its name back where it has lost it. The error to
+/// report.
+SystemError TakeBack(const Replacement& files, const Facts& old, SystemError code) {
+    Facts now{};
+    if (Look(files.replaced, now) || !Look(files.backup, now) || !IsSame(now, old)) {
+        return code;
+    }
+    const BOOL back = MoveFileExW(files.backup.c_str(), files.replaced.c_str(), 0);
+    return back != 0 ? error::replacementNotMoved : error::replacedMovedAway;
 }
 
 /// Where the system's own call cannot do it. The new file takes nothing over from the old one.
@@ -73,11 +95,8 @@ SystemError ReplaceByMoves(const Replacement& files) {
     if (MoveFileExW(files.replaced.c_str(), files.backup.c_str(), MOVEFILE_REPLACE_EXISTING) == 0) {
         return error::replacedKept;
     }
-    if (MoveFileExW(files.replacement.c_str(), files.replaced.c_str(), 0) != 0) {
-        return error::success;
-    }
-    const BOOL back = MoveFileExW(files.backup.c_str(), files.replaced.c_str(), 0);
-    return back != 0 ? error::replacementNotMoved : error::replacedMovedAway;
+    return MoveFileExW(files.replacement.c_str(), files.replaced.c_str(), 0) != 0 ? error::success
+                                                                                  : error::replacedMovedAway;
 }
 
 }  // namespace
@@ -93,16 +112,21 @@ SystemError MoveOne(const std::wstring& from, const std::wstring& to, std::uint3
 
 SystemError ReplaceOne(const Replacement& files) {
     // There are systems that let a file take the place of a folder.
-    for (const std::wstring& path : {files.replaced, files.replacement}) {
-        if (const SystemError code = CheckReplaceable(path)) {
-            return code;
-        }
+    Facts young{};
+    Facts old{};
+    if (const SystemError code = CheckReplaceable(files.replaced, old)) {
+        return code;
     }
-    const SystemError code =
-        ResultOf(ReplaceFileW(files.replaced.c_str(), files.replacement.c_str(), files.backup.c_str(),
-                              REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr));
+    if (const SystemError code = CheckReplaceable(files.replacement, young)) {
+        return code;
+    }
+    SystemError code = ResultOf(ReplaceFileW(files.replaced.c_str(), files.replacement.c_str(), files.backup.c_str(),
+                                             REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr));
     // There are systems whose call cannot take a long path, and file systems that do not know it.
-    return code == error::invalidName || IsNotThere(code) ? ReplaceByMoves(files) : code;
+    if (code == error::invalidName || IsNotThere(code)) {
+        code = ReplaceByMoves(files);
+    }
+    return code == error::success ? code : TakeBack(files, old, code);
 }
 
 }  // namespace marlok::win32

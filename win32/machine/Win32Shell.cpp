@@ -63,7 +63,7 @@ std::wstring DesktopByScriptHost() {
 std::wstring DesktopByKnownFolder() {
     wchar_t* path = nullptr;
     const HRESULT result = SHGetKnownFolderPath(FOLDERID_Desktop, KF_FLAG_DEFAULT, nullptr, &path);
-    const std::wstring folder = SUCCEEDED(result) ? std::wstring(path) : std::wstring();
+    std::wstring folder = SUCCEEDED(result) ? std::wstring(path) : std::wstring();
     CoTaskMemFree(path);
     return folder;
 }
@@ -102,7 +102,7 @@ SystemError Win32Shell::Open(const OpenRequest& request) {
     open.cbSize = sizeof open;
     // Errors are the caller's to tell. The call ends when the file is open: this program may end right behind it.
     open.fMask = SEE_MASK_FLAG_NO_UI | SEE_MASK_NOASYNC;
-    open.hwnd = loop_.ActiveWindow();
+    open.hwnd = owner_();
     open.lpVerb = L"open";
     open.lpFile = path.c_str();
     open.lpParameters = parameters.empty() ? nullptr : parameters.c_str();

@@ -1,15 +1,22 @@
 #pragma once
 
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+
 #include "platform/Shell.h"
-#include "win32/views/NativeLoop.h"
 
 namespace marlok::win32 {
 
 /// The Windows shell. The calling thread is in a single-threaded apartment.
 class Win32Shell : public Shell {
  public:
-    /// `loop` knows the window that owns what the shell may have to ask; it outlives this object.
-    explicit Win32Shell(const NativeLoop& loop) : loop_(loop) {}
+    /// The window that owns what the shell may have to ask; null when the program shows none.
+    using Owner = std::function<HWND()>;
+
+    explicit Win32Shell(Owner owner) : owner_(std::move(owner)) {}
 
     int Perform(const ShellFileOperation& operation) override;
     SystemError Open(const OpenRequest& request) override;
@@ -17,7 +24,7 @@ class Win32Shell : public Shell {
     SystemError SaveShortcut(const Shortcut& shortcut) override;
 
  private:
-    const NativeLoop& loop_;
+    Owner owner_;
 };
 
 }  // namespace marlok::win32

@@ -148,7 +148,8 @@ std::string Win32SystemInfo::FromCodePage(std::string_view bytes) {
     std::string text;
     while (!bytes.empty()) {
         std::size_t part = std::min(bytes.size(), largest);
-        if (const std::size_t line = bytes.rfind('\n', part - 1); part < bytes.size() && line != bytes.npos) {
+        if (const std::size_t line = bytes.rfind('\n', part - 1);
+            part < bytes.size() && line != std::string_view::npos) {
             part = line + 1;
         }
         const int size = static_cast<int>(part);

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "forms/Controls.h"
+#include "forms/TabControl.h"
 #include "win32/views/Canvas.h"
-#include "win32/views/NativeForm.h"
 
 namespace marlok::win32 {
 
@@ -43,8 +43,35 @@ void PaintRows(HDC surface, SIZE size, const std::vector<forms::Colour>& rows) {
     }
 }
 
+void Backdrop::MirrorRows() {
+    if (shownRows_ != form_.Backdrop()) {
+        shownRows_ = form_.Backdrop();
+        ChangedWhole();
+    }
+}
+
+void Backdrop::Changed() {
+    Forget();  // brushes are made anew when they are wanted
+    for (const auto& control : controls_.All()) {
+        if (control->Window() != nullptr && control->IsTransparent()) {
+            RedrawWindow(control->Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_NOCHILDREN);
+        }
+    }
+}
+
+void Backdrop::ChangedWhole() {
+    Changed();
+    InvalidateRect(window_, nullptr, TRUE);
+}
+
+void Backdrop::Resized() {
+    if (!form_.Backdrop().empty()) {
+        ChangedWhole();  // every row is at another height
+    }
+}
+
 void Backdrop::Paint(HDC surface) const {
-    PaintRows(surface, InnerSize(form_.Window()), form_.Model().Backdrop());
+    PaintRows(surface, InnerSize(window_), form_.Backdrop());
 }
 
 void Backdrop::Print(HDC surface) {
@@ -53,11 +80,11 @@ void Backdrop::Print(HDC surface) {
         return;  // a strip of tabs asks for what lies behind itself
     }
     printing_ = true;
-    for (const NativeControl* control : form_.InOrder()) {
+    for (const NativeControl* control : controls_.InOrder()) {
         if (control->Place() == NativeControl::Layer::tabs && control->Model().IsShown()) {
             RECT place{};
             GetWindowRect(control->Window(), &place);
-            MapWindowPoints(nullptr, form_.Window(), reinterpret_cast<POINT*>(&place), 2);
+            MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
             HBRUSH brush = BrushOf(control);
             PutPattern(surface, place.left, place.top);
             FillRect(surface, &place, brush);
@@ -79,7 +106,7 @@ HBRUSH Backdrop::Behind(const NativeControl& control, HDC surface) {
     const NativeControl* ground = GroundOf(control);
     HBRUSH brush = BrushOf(ground);
     POINT corner{};
-    MapWindowPoints(control.Window(), ground == nullptr ? form_.Window() : ground->Window(), &corner, 1);
+    MapWindowPoints(control.Window(), ground == nullptr ? window_ : ground->Window(), &corner, 1);
     PutPattern(surface, -corner.x, -corner.y);
     return brush;
 }
@@ -87,12 +114,12 @@ HBRUSH Backdrop::Behind(const NativeControl& control, HDC surface) {
 /// The control that another one lies on, null for the form itself. A frame is no ground: one sees through it.
 const NativeControl* Backdrop::GroundOf(const NativeControl& control) const {
     for (const forms::Control* at = &control.Model(); at != nullptr; at = at->Container()) {
-        const NativeControl* around = at->Container() == nullptr ? nullptr : form_.Find(*at->Container());
-        if (around != nullptr && around->Window() != nullptr && IsGround(*around)) {
+        const NativeControl* around = at->Container() == nullptr ? nullptr : controls_.Find(*at->Container());
+        if (around != nullptr && IsGround(*around)) {
             return around;
         }
-        const NativeControl* tabs = at->Tabs() == nullptr ? nullptr : form_.Find(*at->Tabs());
-        if (tabs != nullptr && tabs->Window() != nullptr) {
+        const NativeControl* tabs = at->Tabs() == nullptr ? nullptr : controls_.Find(*at->Tabs());
+        if (tabs != nullptr) {
             return tabs;
         }
     }
@@ -100,10 +127,10 @@ const NativeControl* Backdrop::GroundOf(const NativeControl& control) const {
 }
 
 HBRUSH Backdrop::BrushOf(const NativeControl* ground) {
-    if (ground == nullptr && form_.Model().Backdrop().empty()) {
+    if (ground == nullptr && form_.Backdrop().empty()) {
         return GetSysColorBrush(COLOR_BTNFACE);
     }
-    HWND window = ground == nullptr ? form_.Window() : ground->Window();
+    HWND window = ground == nullptr ? window_ : ground->Window();
     const SIZE size = InnerSize(window);
     const auto found = std::find_if(kept_.begin(), kept_.end(), [&](const Kept& kept) {
         return kept.window == window && kept.size.cx == size.cx && kept.size.cy == size.cy;

@@ -62,6 +62,22 @@ void AddShare(Channels& sum, const Channels& part, float share) {
     }
 }
 
+/// The rows of the bitmap at another width.
+std::vector<Channels> ScaledAcross(const Bitmap& bitmap, int newWidth) {
+    const std::vector<Taps> across = TapsFor(bitmap.width, newWidth);
+    const std::size_t width = across.size();
+    std::vector<Channels> scaled(width * static_cast<std::size_t>(bitmap.height), Channels{});
+    for (int y = 0; y < bitmap.height; ++y) {
+        for (std::size_t x = 0; x < width; ++x) {
+            int source = across[x].first;
+            for (const float share : across[x].shares) {
+                AddShare(scaled[static_cast<std::size_t>(y) * width + x], Split(bitmap.At(source++, y)), share);
+            }
+        }
+    }
+    return scaled;
+}
+
 /// `over` on `under`, both premultiplied.
 std::uint32_t Blend(std::uint32_t under, std::uint32_t over) {
     const std::uint32_t through = 255 - (over >> 24U);
@@ -93,25 +109,16 @@ Bitmap Scaled(const Bitmap& bitmap, PixelSize size) {
     if (size == PixelSize{bitmap.width, bitmap.height}) {
         return bitmap;
     }
-    const std::vector<Taps> across = TapsFor(bitmap.width, size.width);
+    const std::vector<Channels> rows = ScaledAcross(bitmap, size.width);
     const std::vector<Taps> down = TapsFor(bitmap.height, size.height);
     const auto width = static_cast<std::size_t>(size.width);
-    std::vector<Channels> narrowed(width * static_cast<std::size_t>(bitmap.height), Channels{});
-    for (int y = 0; y < bitmap.height; ++y) {
-        for (std::size_t x = 0; x < width; ++x) {
-            int source = across[x].first;
-            for (const float share : across[x].shares) {
-                AddShare(narrowed[static_cast<std::size_t>(y) * width + x], Split(bitmap.At(source++, y)), share);
-            }
-        }
-    }
     Bitmap scaled(size.width, size.height);
     for (std::size_t y = 0; y < down.size(); ++y) {
         for (std::size_t x = 0; x < width; ++x) {
             Channels sum{};
             auto source = static_cast<std::size_t>(down[y].first);
             for (const float share : down[y].shares) {
-                AddShare(sum, narrowed[source++ * width + x], share);
+                AddShare(sum, rows[source++ * width + x], share);
             }
             scaled.pixels[y * width + x] = Join(sum);
         }

@@ -11,7 +11,8 @@
 
 #include "win32/machine/Handles.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/TextSurface.h"
+#include "win32/views/WindowText.h"
 #include "win32/views/WorkArea.h"
 
 namespace marlok::win32 {
@@ -55,12 +56,9 @@ std::vector<Button> ButtonsOf(HWND box) {
 
 /// How wide a button has to be for its caption, with half a line's height of room on either side.
 LONG NeededWidth(HWND button) {
-    HDC context = GetDC(button);
-    HGDIOBJ before = SelectObject(context, reinterpret_cast<HFONT>(SendMessageW(button, WM_GETFONT, 0, 0)));
+    const TextSurface surface(button);
     RECT text{};
-    DrawTextW(context, WindowText(button).c_str(), -1, &text, DT_CALCRECT | DT_SINGLELINE);
-    SelectObject(context, before);
-    ReleaseDC(button, context);
+    DrawTextW(surface.Get(), WindowText(button).c_str(), -1, &text, DT_CALCRECT | DT_SINGLELINE);
     return (text.right - text.left) + (text.bottom - text.top);
 }
 

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 #include "win32/machine/Handles.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/MessageFont.h"
+#include "win32/views/TextSurface.h"
+#include "win32/views/WindowText.h"
 #include "win32/views/WorkArea.h"
 
 namespace marlok::win32 {
@@ -121,8 +124,7 @@ class InputBox {
     /// Gives everything in the box its font, size and place for a screen of that resolution. The place of the box with
     /// its upper left corner there.
     [[nodiscard]] RECT Arrange(UINT dpi, POINT corner) {
-        FontHandle old = std::move(font_);  // in use until the controls have the new one
-        LoadFont(dpi);
+        const FontHandle old = std::exchange(font_, MakeFont({}, dpi));  // in use until the controls have the new one
         for (HWND control : {prompt_, field_, ok_, cancel_}) {
             SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.Get()), FALSE);
         }
@@ -140,26 +142,12 @@ class InputBox {
         return outer;
     }
 
-    void LoadFont(UINT dpi) {
-        NONCLIENTMETRICSW metrics{};
-        metrics.cbSize = sizeof metrics;
-        if (SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, dpi) != 0) {
-            font_.Reset(CreateFontIndirectW(&metrics.lfMessageFont));
-        }
-        // Without a font of its own a control draws in the system's old fixed one, which is still readable.
-    }
-
     [[nodiscard]] InputBoxLayout Measure(UINT dpi) const {
-        HDC context = GetDC(window_);
-        HGDIOBJ before =
-            SelectObject(context, font_.IsValid() ? static_cast<HGDIOBJ>(font_.Get()) : GetStockObject(SYSTEM_FONT));
-        TEXTMETRICW font{};
-        GetTextMetricsW(context, &font);
+        const TextSurface surface(prompt_);
+        const TEXTMETRICW font = surface.Metrics();
         RECT text = {0, 0, InputBoxPromptWidth(dpi), 0};
-        DrawTextW(context, request_.prompt.c_str(), -1, &text,
+        DrawTextW(surface.Get(), request_.prompt.c_str(), -1, &text,
                   DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX | DT_EXPANDTABS);
-        SelectObject(context, before);
-        ReleaseDC(window_, context);
         // However long the prompt is, the field and the buttons stay on the screen.
         const int limit = GetSystemMetrics(SM_CYFULLSCREEN) / 2;
         return LayOutInputBox(dpi, std::min(static_cast<int>(text.bottom), limit), static_cast<int>(font.tmHeight));

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <string>
-#include <utility>
 
+#include "forms/TabControl.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeForm.h"
 
 namespace marlok::win32 {
 
@@ -16,14 +15,6 @@ constexpr LPARAM repeated = LPARAM{1} << 30;
 
 bool IsDown(int key) {
     return (GetKeyState(key) & 0x8000) != 0;
-}
-
-bool Usable(const NativeControl& control) {
-    return control.Window() != nullptr && control.Model().IsShown() && control.Model().Enabled;
-}
-
-bool TakesKeyboard(const NativeControl& control) {
-    return Usable(control) && (GetWindowLongPtrW(control.Window(), GWL_STYLE) & WS_TABSTOP) != 0;
 }
 
 bool IsPushButton(const NativeControl* control) {
@@ -47,10 +38,15 @@ wchar_t FirstLetter(const std::string& caption) {
     return first == std::wstring::npos ? L'\0' : Upper(wide[first]);
 }
 
+void SetButtonKind(HWND button, LONG_PTR kind) {
+    const LONG_PTR others = GetWindowLongPtrW(button, GWL_STYLE) & 0xFFFF & ~LONG_PTR{BS_TYPEMASK};
+    SendMessageW(button, BM_SETSTYLE, static_cast<WPARAM>(others | kind), TRUE);
+}
+
 }  // namespace
 
-bool Keyboard::Handle(const MSG& message) {
-    if (IsWindowVisible(form_.Window()) == 0 || IsWindowEnabled(form_.Window()) == 0) {
+bool Keyboard::Handle(const MSG& message) const {
+    if (IsWindowVisible(window_) == 0 || IsWindowEnabled(window_) == 0) {
         return false;
     }
     if (message.message == WM_KEYDOWN) {
@@ -59,14 +55,13 @@ bool Keyboard::Handle(const MSG& message) {
     return message.message == WM_SYSCHAR && Letter(message);
 }
 
-bool Keyboard::KeyDown(const MSG& message) {
+bool Keyboard::KeyDown(const MSG& message) const {
     const bool control = IsDown(VK_CONTROL);
     switch (message.wParam) {
         case VK_F1:
-            return (message.lParam & repeated) != 0 || PressButton(form_.Model().HelpButton());
+            return (message.lParam & repeated) != 0 || PressButton(form_.HelpButton());
         case VK_ESCAPE:
-            return !WantsKey(message) &&
-                   ((message.lParam & repeated) != 0 || PressButton(form_.Model().CancelButton()));
+            return !WantsKey(message) && ((message.lParam & repeated) != 0 || PressButton(form_.CancelButton()));
         case VK_RETURN:
             return !WantsKey(message) && Enter(message);
         case VK_TAB:
@@ -80,12 +75,12 @@ bool Keyboard::KeyDown(const MSG& message) {
     }
 }
 
-bool Keyboard::Enter(const MSG& message) {
+bool Keyboard::Enter(const MSG& message) const {
     if ((message.lParam & repeated) != 0) {
         return true;  // a key that is held down since it closed a message box must not start anything
     }
-    NativeControl* focused = form_.FindAround(message.hwnd);
-    if (focused != nullptr && Usable(*focused) && focused->TakesEnter()) {
+    NativeControl* focused = controls_.FindAround(message.hwnd);
+    if (focused != nullptr && focused->IsUsable() && focused->TakesEnter()) {
         focused->EnterPressed();
         return true;
     }
@@ -97,30 +92,30 @@ bool Keyboard::Enter(const MSG& message) {
 }
 
 NativeControl* Keyboard::EnterButton(HWND focus) const {
-    NativeControl* focused = form_.FindAround(focus);
-    if (IsPushButton(focused) && Usable(*focused)) {
+    NativeControl* focused = controls_.FindAround(focus);
+    if (IsPushButton(focused) && focused->IsUsable()) {
         return focused;
     }
-    const forms::CommandButton* wanted = form_.Model().DefaultButton();
-    NativeControl* button = wanted == nullptr ? nullptr : form_.Find(*wanted);
-    return button != nullptr && Usable(*button) ? button : nullptr;
+    const forms::CommandButton* wanted = form_.DefaultButton();
+    NativeControl* button = wanted == nullptr ? nullptr : controls_.Find(*wanted);
+    return button != nullptr && button->IsUsable() ? button : nullptr;
 }
 
-bool Keyboard::PressButton(forms::CommandButton* button) const {
-    NativeControl* native = button == nullptr ? nullptr : form_.Find(*button);
-    if (native == nullptr || !Usable(*native)) {
+bool Keyboard::PressButton(const forms::CommandButton* button) const {
+    NativeControl* native = button == nullptr ? nullptr : controls_.Find(*button);
+    if (native == nullptr || !native->IsUsable()) {
         return false;
     }
     native->Press();
     return true;
 }
 
-bool Keyboard::MoveOn(const MSG& message) {
-    const NativeControl* next = Next(form_.FindAround(message.hwnd), IsDown(VK_SHIFT) ? -1 : 1);
+bool Keyboard::MoveOn(const MSG& message) const {
+    const NativeControl* next = focus_.Next(controls_.FindAround(message.hwnd), IsDown(VK_SHIFT) ? -1 : 1);
     if (next == nullptr) {
         return false;
     }
-    Give(*next);
+    focus_.Give(*next);
     if ((SendMessageW(next->Window(), WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL) != 0) {
         SendMessageW(next->Window(), EM_SETSEL, 0, -1);
     }
@@ -128,114 +123,71 @@ bool Keyboard::MoveOn(const MSG& message) {
 }
 
 bool Keyboard::TurnTabs(int step) const {
-    for (NativeControl* control : form_.InOrder()) {
+    for (NativeControl* control : controls_.InOrder()) {
         auto* tabs = dynamic_cast<forms::TabControl*>(&control->Model());
-        if (tabs != nullptr && Usable(*control)) {
-            form_.Post([tabs, step] { tabs->UserChose(tabs->NextEnabled(step)); });
+        if (tabs != nullptr && control->IsUsable()) {
+            post_([tabs, step] { tabs->UserChose(tabs->NextEnabled(step)); });
             return true;
         }
     }
     return false;
 }
 
-bool Keyboard::Letter(const MSG& message) {
+bool Keyboard::Letter(const MSG& message) const {
     const std::vector<NativeControl*> found = WithLetter(Upper(static_cast<wchar_t>(message.wParam)));
     if (found.empty()) {
         return false;
     }
     if (found.size() == 1) {
         if ((message.lParam & repeated) == 0) {
-            Give(*found.front());
+            focus_.Give(*found.front());
             found.front()->Press();
         }
         return true;
     }
-    const NativeControl* next = form_.FindAround(message.hwnd);
+    const NativeControl* next = controls_.FindAround(message.hwnd);
     do {
-        next = Next(next, 1);
+        next = focus_.Next(next, 1);
     } while (next != nullptr && std::find(found.begin(), found.end(), next) == found.end());
     if (next != nullptr) {
-        Give(*next);
+        focus_.Give(*next);
     }
     return true;
 }
 
 std::vector<NativeControl*> Keyboard::WithLetter(wchar_t letter) const {
     std::vector<NativeControl*> found;
-    for (NativeControl* control : form_.InOrder()) {
+    for (NativeControl* control : controls_.InOrder()) {
         const std::string* caption = control->PressCaption();
-        if (caption != nullptr && TakesKeyboard(*control) && FirstLetter(*caption) == letter) {
+        if (caption != nullptr && control->TakesKeyboard() && FirstLetter(*caption) == letter) {
             found.push_back(control);
         }
     }
     return found;
 }
 
-void Keyboard::Leave(const NativeControl& going) {
-    HWND focus = GetFocus();
-    if (going.Window() == nullptr || (focus != going.Window() && IsChild(going.Window(), focus) == 0)) {
+void Keyboard::ShowEnterButton() {
+    const NativeControl* button = EnterButton(GetFocus());
+    HWND wanted = button == nullptr ? nullptr : button->Window();
+    if (wanted == enterButton_) {
         return;
     }
-    const NativeControl* next = Next(&going, 1);
-    SetFocus(next == nullptr || next == &going ? form_.Window() : next->Window());
+    if (enterButton_ != nullptr) {
+        SetButtonKind(enterButton_, BS_PUSHBUTTON);
+    }
+    if (wanted != nullptr) {
+        SetButtonKind(wanted, BS_DEFPUSHBUTTON);
+    }
+    enterButton_ = wanted;
 }
 
-void Keyboard::LeavePage(const NativeControl& tabs) {
-    const NativeControl* focused = form_.FindAround(GetFocus());
-    if (focused != nullptr && !focused->Model().IsShown()) {
-        pageLost_ = &tabs;
-        Leave(*focused);
-        if (TakesKeyboard(tabs)) {
-            Give(tabs);
-        }
-    }
-}
-
-void Keyboard::Settle() {
-    const NativeControl* strip = std::exchange(pageLost_, nullptr);
-    if (strip == nullptr || form_.FindAround(GetFocus()) != strip) {
-        return;  // the program has put it elsewhere since
-    }
-    for (const NativeControl* control : form_.InOrder()) {
-        if (control->Model().Tabs() == &strip->Model() && TakesKeyboard(*control)) {
-            Give(*control);
-            return;
-        }
-    }
+LRESULT Keyboard::EnterButtonId() const {
+    const NativeControl* button = EnterButton(GetFocus());
+    return button == nullptr ? 0 : MAKELRESULT(GetDlgCtrlID(button->Window()), DC_HASDEFID);
 }
 
 void Keyboard::Forget(const NativeControl& gone) {
-    pageLost_ = pageLost_ == &gone ? nullptr : pageLost_;
-}
-
-NativeControl* Keyboard::First() const {
-    return Next(nullptr, 1);
-}
-
-/// The control after `from` (null: before the first), round the end, that can take the keyboard; `from` itself when it
-/// is the only one, null when there is none.
-NativeControl* Keyboard::Next(const NativeControl* from, int step) const {
-    const std::vector<NativeControl*> order = form_.InOrder();
-    const auto count = static_cast<int>(order.size());
-    const auto found = std::find(order.begin(), order.end(), from);
-    int place = step > 0 ? -1 : 0;
-    if (found != order.end()) {
-        place = static_cast<int>(found - order.begin());
-    }
-    for (int tried = 0; tried < count; ++tried) {
-        place = (place + step + count) % count;
-        NativeControl* control = order[static_cast<std::size_t>(place)];
-        if (TakesKeyboard(*control)) {
-            return control;
-        }
-    }
-    return nullptr;
-}
-
-void Keyboard::Give(const NativeControl& control) const {
-    // Whoever uses the keyboard wants to see where it is.
-    SendMessageW(form_.Window(), WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
-    SetFocus(control.Window());
+    enterButton_ = enterButton_ == gone.Window() ? nullptr : enterButton_;
 }
 
 }  // namespace marlok::win32

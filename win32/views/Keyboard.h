@@ -2,61 +2,56 @@
 
 #include <windows.h>
 
+#include <utility>
 #include <vector>
 
 #include "forms/Controls.h"
-#include "forms/TabControl.h"
+#include "forms/Form.h"
+#include "win32/views/Focus.h"
+#include "win32/views/FormControls.h"
 #include "win32/views/NativeControl.h"
 
 namespace marlok::win32 {
 
-class NativeForm;
-
-/// The way of the keyboard through one window: which control has it, which is next, and the keys that mean the same
-/// wherever it is. The order is that of the form's controls, whatever lies in front of what.
+/// The keys that mean the same wherever the keyboard is in a window.
 ///
 /// F1 presses the help button, Escape the cancel button, Enter the button that has the keyboard or else the default
 /// button. Ctrl+Tab and Ctrl+Page Down bring up the next tab, with Shift or Page Up the one before. Alt with a letter
 /// presses the one button or check box whose caption starts with it, or goes round among several.
 class Keyboard {
  public:
-    explicit Keyboard(NativeForm& form) : form_(form) {}
+    /// `form`, `controls` and `focus` outlive this object. Actions of the user go to `post`.
+    Keyboard(forms::Form& form, HWND window, const FormControls& controls, const Focus& focus, NativeControl::Post post)
+        : form_(form), window_(window), controls_(controls), focus_(focus), post_(std::move(post)) {}
 
     /// Acts on a message before its window gets it. False when it is no key of the above and goes its usual way.
-    [[nodiscard]] bool Handle(const MSG& message);
+    [[nodiscard]] bool Handle(const MSG& message) const;
 
-    /// Takes the keyboard away from a control that is about to go. Nothing happens when it is elsewhere.
-    void Leave(const NativeControl& going);
+    /// Has the button that Enter presses now drawn as such, and no other one.
+    void ShowEnterButton();
 
-    /// The tab has changed in the model, the controls have not yet been shown and hidden: keeps a keyboard that goes
-    /// with its page on the strip until Settle.
-    void LeavePage(const NativeControl& tabs);
-
-    /// Brings a keyboard that lost its page to the first control of the new one.
-    void Settle();
+    /// Answers the system's question for that button (DM_GETDEFID).
+    [[nodiscard]] LRESULT EnterButtonId() const;
 
     /// `gone` is about to be destroyed.
     void Forget(const NativeControl& gone);
 
-    /// The first control that can take the keyboard; null when there is none.
-    [[nodiscard]] NativeControl* First() const;
-
-    /// The button that Enter presses now; null when there is none.
+ private:
+    [[nodiscard]] bool KeyDown(const MSG& message) const;
+    [[nodiscard]] bool Enter(const MSG& message) const;
+    [[nodiscard]] bool PressButton(const forms::CommandButton* button) const;
+    [[nodiscard]] bool MoveOn(const MSG& message) const;
+    [[nodiscard]] bool TurnTabs(int step) const;
+    [[nodiscard]] bool Letter(const MSG& message) const;
+    [[nodiscard]] std::vector<NativeControl*> WithLetter(wchar_t letter) const;
     [[nodiscard]] NativeControl* EnterButton(HWND focus) const;
 
- private:
-    [[nodiscard]] bool KeyDown(const MSG& message);
-    [[nodiscard]] bool Enter(const MSG& message);
-    [[nodiscard]] bool PressButton(forms::CommandButton* button) const;
-    [[nodiscard]] bool MoveOn(const MSG& message);
-    [[nodiscard]] bool TurnTabs(int step) const;
-    [[nodiscard]] bool Letter(const MSG& message);
-    [[nodiscard]] NativeControl* Next(const NativeControl* from, int step) const;
-    [[nodiscard]] std::vector<NativeControl*> WithLetter(wchar_t letter) const;
-    void Give(const NativeControl& control) const;
-
-    NativeForm& form_;
-    const NativeControl* pageLost_ = nullptr;  ///< the strip that got the keyboard in LeavePage
+    forms::Form& form_;
+    HWND window_;
+    const FormControls& controls_;
+    const Focus& focus_;
+    NativeControl::Post post_;
+    HWND enterButton_ = nullptr;  ///< drawn as the one that Enter presses
 };
 
 }  // namespace marlok::win32

@@ -7,82 +7,18 @@
 #include <system_error>
 #include <utility>
 
-#include "forms/Controls.h"
-#include "forms/FolderControls.h"
-#include "forms/TabControl.h"
-#include "forms/TreeView.h"
 #include "win32/machine/Wide.h"
 #include "win32/views/AccessibleName.h"
 #include "win32/views/MessageFont.h"
-#include "win32/views/NativeControls.h"
-#include "win32/views/NativeDriveList.h"
-#include "win32/views/NativeFolderList.h"
-#include "win32/views/NativeList.h"
-#include "win32/views/NativePicture.h"
-#include "win32/views/NativeTab.h"
-#include "win32/views/NativeTree.h"
-#include "win32/views/NativeWebView.h"
+#include "win32/views/Twips.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::win32 {
 
 using forms::Aspect;
 
-int ToPixels(int twips, UINT dpi) {
-    return MulDiv(twips, static_cast<int>(dpi), 1440);
-}
-
-int ToTwips(int pixels, UINT dpi) {
-    return MulDiv(pixels, 1440, static_cast<int>(dpi));
-}
-
-std::wstring WindowText(HWND window) {
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-    const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
-    text.resize(static_cast<std::size_t>(length));
-    return text;
-}
-
-std::unique_ptr<NativeControl> NativeControl::For(forms::Control& control, Post post) {
-    if (auto* label = dynamic_cast<forms::Label*>(&control)) {
-        return std::make_unique<NativeLabel>(*label, std::move(post));
-    }
-    if (auto* button = dynamic_cast<forms::CommandButton*>(&control)) {
-        return std::make_unique<NativeButton>(*button, std::move(post));
-    }
-    if (auto* box = dynamic_cast<forms::CheckBox*>(&control)) {
-        return std::make_unique<NativeCheckBox>(*box, std::move(post));
-    }
-    if (auto* frame = dynamic_cast<forms::Frame*>(&control)) {
-        return std::make_unique<NativeFrame>(*frame, std::move(post));
-    }
-    if (auto* tabs = dynamic_cast<forms::TabControl*>(&control)) {
-        return std::make_unique<NativeTab>(*tabs, std::move(post));
-    }
-    if (auto* textBox = dynamic_cast<forms::TextBox*>(&control)) {
-        return std::make_unique<NativeTextBox>(*textBox, std::move(post));
-    }
-    if (auto* progress = dynamic_cast<forms::ProgressBar*>(&control)) {
-        return std::make_unique<NativeProgressBar>(*progress, std::move(post));
-    }
-    if (auto* picture = dynamic_cast<forms::PictureBox*>(&control)) {
-        return std::make_unique<NativePicture>(*picture, std::move(post));
-    }
-    if (auto* view = dynamic_cast<forms::WebView*>(&control)) {
-        return std::make_unique<NativeWebView>(*view, std::move(post));
-    }
-    if (auto* tree = dynamic_cast<forms::TreeView*>(&control)) {
-        return std::make_unique<NativeTree>(*tree, std::move(post));
-    }
-    if (auto* drives = dynamic_cast<forms::DriveListBox*>(&control)) {
-        return std::make_unique<NativeDriveList>(*drives, std::move(post));
-    }
-    if (auto* folders = dynamic_cast<forms::DirListBox*>(&control)) {
-        return std::make_unique<NativeFolderList>(*folders, std::move(post));
-    }
-    if (auto* list = dynamic_cast<forms::ListBox*>(&control)) {
-        return std::make_unique<NativeList>(*list, std::move(post));
-    }
-    return nullptr;
+bool IsColourMessage(UINT message) {
+    return message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC;
 }
 
 NativeControl::~NativeControl() {
@@ -215,7 +151,7 @@ void NativeControl::PostWhileAlive(std::function<void()> action) const {
 
 void NativeControl::PostAction(std::function<void()> action) const {
     PostWhileAlive([this, run = std::move(action)] {
-        if (model_.IsShown() && model_.Enabled) {
+        if (IsUsable()) {
             run();
         }
     });

@@ -20,12 +20,8 @@ struct Site {
     UINT dpi = USER_DEFAULT_SCREEN_DPI;
 };
 
-/// Twips (1440 to the logical inch) in the pixels of a screen, and back.
-[[nodiscard]] int ToPixels(int twips, UINT dpi);
-[[nodiscard]] int ToTwips(int pixels, UINT dpi);
-
-/// Wide text of any window.
-[[nodiscard]] std::wstring WindowText(HWND window);
+/// True for the messages of the WM_CTLCOLOR family, in which a control asks its parent for its colours.
+[[nodiscard]] bool IsColourMessage(UINT message);
 
 /// A standard Windows control that shows one control of a form. It exists on the screen from the moment the control is
 /// first shown until this object goes.
@@ -37,9 +33,6 @@ class NativeControl {
     /// Where a kind of control stands among its siblings: what lies around others lies behind them.
     enum class Layer { front, frame, tabs };
 
-    /// The native side of `control`; null for controls that have none (timers).
-    [[nodiscard]] static std::unique_ptr<NativeControl> For(forms::Control& control, Post post);
-
     NativeControl(const NativeControl&) = delete;
     NativeControl& operator=(const NativeControl&) = delete;
 
@@ -50,6 +43,14 @@ class NativeControl {
 
     /// Null until the control was shown once.
     [[nodiscard]] HWND Window() const { return window_; }
+
+    /// True when the user can see the control and work with it.
+    [[nodiscard]] bool IsUsable() const { return window_ != nullptr && model_.IsShown() && model_.Enabled; }
+
+    /// True when the keyboard can come to the control now.
+    [[nodiscard]] bool TakesKeyboard() const {
+        return IsUsable() && (GetWindowLongPtrW(window_, GWL_STYLE) & WS_TABSTOP) != 0;
+    }
 
     /// Creates the window with the identifier `id`, below its sibling `above` (null: on top of them all), and mirrors
     /// the whole state.
@@ -112,9 +113,9 @@ class NativeControl {
 
  protected:
     struct WindowKind {
-        const wchar_t* className;
-        DWORD style;
-        DWORD extendedStyle;
+        const wchar_t* className = nullptr;
+        DWORD style = 0;
+        DWORD extendedStyle = 0;
         bool watched = false;  ///< Handle gets the window's messages
     };
 

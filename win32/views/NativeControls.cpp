@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "win32/machine/Wide.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::win32 {
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "win32/machine/Wide.h"
+#include "win32/views/TextSurface.h"
 
 namespace marlok::win32 {
 
@@ -79,14 +80,8 @@ void NativeFolderList::Prepare() {
         folder_ = FolderIcon(0);
         openFolder_ = FolderIcon(SHGFI_OPENICON);
     }
-    HDC surface = GetDC(Window());
-    HGDIOBJ before = SelectObject(surface, reinterpret_cast<HFONT>(Send(WM_GETFONT)));
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(surface, &metrics);
-    SelectObject(surface, before);
-    ReleaseDC(Window(), surface);
-    const int height = std::max(static_cast<int>(metrics.tmHeight), IconSize()) + 1;
-    Send(LB_SETITEMHEIGHT, 0, height);
+    const TEXTMETRICW font = TextSurface(Window()).Metrics();
+    Send(LB_SETITEMHEIGHT, 0, std::max(static_cast<int>(font.tmHeight), IconSize()) + 1);
 }
 
 int NativeFolderList::IconSize() const {

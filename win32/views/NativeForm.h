@@ -3,21 +3,21 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "forms/Form.h"
 #include "win32/machine/Handles.h"
 #include "win32/views/Backdrop.h"
+#include "win32/views/Focus.h"
+#include "win32/views/FormControls.h"
+#include "win32/views/FormMessages.h"
+#include "win32/views/FormPlace.h"
 #include "win32/views/Keyboard.h"
 #include "win32/views/NativeControl.h"
 #include "win32/views/NativeLoop.h"
 
 namespace marlok::win32 {
 
-/// The window on the screen that shows a form. The form's place is that of the window's upper left corner, its size
-/// that of the area inside the frame, where the controls lie.
+/// The window on the screen that shows a form.
 class NativeForm : public forms::View {
  public:
     /// Creates the window, hidden. `form` and `loop` outlive it. A form that is larger than the screen is cut to it.
@@ -44,69 +44,26 @@ class NativeForm : public forms::View {
     /// Acts on a message of the keyboard before one of the form's windows gets it. False when it goes its usual way.
     [[nodiscard]] bool TakesKey(const MSG& message) { return keyboard_.Handle(message); }
 
-    /// Has an action of the user run later, if the form can still be seen then.
-    void Post(NativeLoop::Action action);
-
     [[nodiscard]] HWND Window() const { return window_.Get(); }
-    [[nodiscard]] forms::Form& Model() const { return form_; }
-
-    /// The controls that have a window, in the order of the form.
-    [[nodiscard]] std::vector<NativeControl*> InOrder() const;
-
-    /// The native side of a control; null when it was never shown.
-    [[nodiscard]] NativeControl* Find(const forms::Control& control) const;
-
-    /// The control whose window `window` is or lies in, the innermost one; null when there is none.
-    [[nodiscard]] NativeControl* FindAround(HWND window) const;
 
  private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM first, LPARAM second);
-    [[nodiscard]] static const wchar_t* WindowClass();
-
-    LRESULT Handle(UINT message, WPARAM first, LPARAM second);
-    [[nodiscard]] bool HandlePainting(UINT message, WPARAM first, LPARAM second, LRESULT& answer);
-    void CreateHidden();
+    [[nodiscard]] static WindowHandle CreateHidden(const forms::Form& form);
     void CreateControls();
-    void CreateControl(NativeControl& control);
-    [[nodiscard]] NativeControl* Make(const forms::Control& control);
+    [[nodiscard]] NativeControl::Post Poster();
+    void LayOut();
     void MirrorControl(NativeControl& native, forms::Aspect aspect);
     void MirrorControlsIn(const forms::Control& around, forms::Aspect aspect);
-    [[nodiscard]] HWND Above(const NativeControl& control, HWND parent) const;
-    [[nodiscard]] Site SiteOf(const forms::Control& control) const;
-    [[nodiscard]] NativeControl* FindByWindow(HWND window) const;
-    [[nodiscard]] RECT OuterPlace() const;
-
-    void MirrorPlace();
-    void CutToScreen();
     void MirrorVisible();
-    void MirrorEnterButton();
-    void ShowBackdrop();
-    void TakePlace();
-    void ChangeResolution(UINT dpi, const RECT& suggested);
-    void LimitSize(MINMAXINFO& limits) const;
-    void LoadFont();
-    void OnCommand(WPARAM first, LPARAM second);
-    [[nodiscard]] LRESULT OnNotify(const NMHDR& notice);
-    void OnClose();
-    void OnActivate(WPARAM first);
-    void OnFocus();
-    void OnDeviceChange(WPARAM first);
-    [[nodiscard]] LRESULT EnterButtonId() const;
 
     forms::Form& form_;
     NativeLoop& loop_;
-    FontHandle font_;
-    WindowHandle window_;  ///< behind the font: gone before it
-    UINT dpi_ = USER_DEFAULT_SCREEN_DPI;
-    Keyboard keyboard_{*this};
-    Backdrop backdrop_{*this};
-    std::vector<forms::Colour> shownRows_;  ///< the rows that the window was last painted with
-    std::vector<std::unique_ptr<NativeControl>> controls_;
-    int nextId_;
-    std::vector<const forms::Control*> withoutWindow_;  ///< kinds of controls that have no native side
-    HWND lastFocus_ = nullptr;                          ///< where the keyboard was when another window became active
-    HWND enterButton_ = nullptr;                        ///< drawn as the one that Enter presses
-    bool mirroring_ = false;  ///< place or size is being set: what the window reports is an echo
+    WindowHandle window_;
+    FormPlace place_;
+    FormControls controls_;
+    Focus focus_;
+    Keyboard keyboard_;
+    Backdrop backdrop_;
+    FormMessages messages_;  ///< behind all that they go to: ended before any of it is destroyed
 };
 
 }  // namespace marlok::win32

@@ -57,26 +57,13 @@ void NativeTab::PostChoice(int tab) {
 }
 
 LRESULT NativeTab::Handle(UINT message, WPARAM first, LPARAM second) {
+    if (TakesInput(message, first, second)) {
+        return 0;
+    }
     switch (message) {
-        case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK:
-            if (IsOnDisabled(second)) {
-                return 0;
-            }
-            break;
         case WM_MOUSEMOVE:
             if (IsOnDisabled(second)) {
                 return Default(WM_MOUSELEAVE, 0, 0);  // or it would light up
-            }
-            break;
-        case WM_KEYDOWN:
-            if (MoveByKey(first)) {
-                return 0;
-            }
-            break;
-        case TCM_SETCURFOCUS:
-            if (!tabs_.TabEnabled(static_cast<int>(first))) {
-                return 0;
             }
             break;
         case WM_ERASEBKGND:
@@ -91,6 +78,21 @@ LRESULT NativeTab::Handle(UINT message, WPARAM first, LPARAM second) {
             break;
     }
     return Default(message, first, second);
+}
+
+/// True for what the strip itself must not see, because it would bring up a disabled tab.
+bool NativeTab::TakesInput(UINT message, WPARAM first, LPARAM second) {
+    switch (message) {
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+            return IsOnDisabled(second);
+        case WM_KEYDOWN:
+            return MoveByKey(first);
+        case TCM_SETCURFOCUS:
+            return !tabs_.TabEnabled(static_cast<int>(first));
+        default:
+            return false;
+    }
 }
 
 bool NativeTab::IsOnDisabled(LPARAM point) const {

@@ -27,6 +27,7 @@ class NativeTab : public NativeControl {
     void Paint();
     void Draw(HDC surface);
     void GreyDisabled(HDC surface);
+    [[nodiscard]] bool TakesInput(UINT message, WPARAM first, LPARAM second);
     [[nodiscard]] bool IsOnDisabled(LPARAM point) const;
     [[nodiscard]] bool MoveByKey(WPARAM key);
 

@@ -6,7 +6,7 @@
 
 #include "platform/Desktop.h"
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::win32 {
 

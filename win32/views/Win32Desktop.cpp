@@ -9,8 +9,8 @@
 #include "win32/machine/Wide.h"
 #include "win32/views/CaptionedMessage.h"
 #include "win32/views/InputBox.h"
-#include "win32/views/NativeControl.h"
 #include "win32/views/TimedMessage.h"
+#include "win32/views/Twips.h"
 
 namespace marlok::win32 {
 

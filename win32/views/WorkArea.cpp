@@ -18,4 +18,13 @@ RECT MovedOntoWorkArea(const RECT& place) {
     return {left, top, left + width, top + height};
 }
 
+SIZE WorkSize(const RECT& place) {
+    MONITORINFO screen{};
+    screen.cbSize = sizeof screen;
+    if (GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &screen) == 0) {
+        return {GetSystemMetrics(SM_CXMAXTRACK), GetSystemMetrics(SM_CYMAXTRACK)};  // the screen was just taken away
+    }
+    return {screen.rcWork.right - screen.rcWork.left, screen.rcWork.bottom - screen.rcWork.top};
+}
+
 }  // namespace marlok::win32

@@ -289,6 +289,10 @@ class Window:
         """The lines of a list or combo box."""
         return [_read_escapes(line[1:]) for line in self._call("lines", name)]
 
+    def count(self, name: str) -> int:
+        """How many lines it has. For long lists: to read a line takes a millisecond."""
+        return int(self._call("count", name)[0])
+
     def selected(self, name: str) -> list[str]:
         """Its selected lines."""
         return [_read_escapes(line[1:]) for line in self._call("lines", name) if line.startswith("*")]
@@ -361,6 +365,24 @@ class Window:
         self._call("close")
 
 
+@dataclass(frozen=True)
+class Volume:
+    """What a volume says of itself."""
+
+    file_system: str
+    serial: int
+    kind: str
+    label: str
+
+
+def label_volume(folder: Path, label: str, serial: int) -> Path:
+    """What the folder is to say of itself when it is plugged in as a drive."""
+    folder.mkdir(exist_ok=True)
+    (folder / ".windows-label").write_text(label + "\n", encoding="utf-8")
+    (folder / ".windows-serial").write_text(f"{serial:08X}\n")
+    return folder
+
+
 class Machine:
     """One test's machine: the program in a folder of its own, empty drives D (data) and E (backups), an empty
     configuration and an empty desktop."""
@@ -370,6 +392,8 @@ class Machine:
         self._tool = tool
         self._work = work
         self._started: list[Started] = []
+        self._plugged: list[str] = []
+        self._configured = False
         self._hands: Hands | None = None
         self.d = self._empty(work / "d")
         self.e = self._empty(work / "e")
@@ -378,10 +402,10 @@ class Machine:
         self.folder = work / "p" / name / "Marlok Backup"
         shutil.copytree(dist, self.folder)
         self.desktop = self._empty(wine.desktop_folder())
-        self.configure({})
 
     @staticmethod
     def _empty(folder: Path) -> Path:
+        folder = folder.resolve()
         if folder.exists():
             # rm goes deeper than shutil does; its own limit is the memory.
             subprocess.run(["chmod", "-R", "u+rwX", str(folder)], check=True, stderr=subprocess.DEVNULL)
@@ -409,6 +433,7 @@ class Machine:
         file.write_bytes(b"\xff\xfe" + "\r\n".join(lines + [""]).encode("utf-16-le"))
         done = self._wine.run(["reg", "import", "Z:" + str(file).replace("/", "\\")])
         assert done.returncode == 0, done.stdout + done.stderr
+        self._configured = True
 
     def registry_values(self, section: str) -> dict[str, str]:
         """The text values of a section as the system's own tool tells them."""
@@ -425,6 +450,9 @@ class Machine:
     def start(self, *arguments: str, size_limit: int | None = None) -> Started:
         """Starts the program from a folder that is not its own. With `size_limit`, no file it writes can grow past so
         many bytes: writing further fails with an error, as on a full disk."""
+        if not self._configured:
+            # Another test's configuration may be there still.
+            self.configure({})
 
         def limit() -> None:
             if size_limit is not None:
@@ -471,7 +499,40 @@ class Machine:
         done = self._wine.run([str(self._tool), *arguments], timeout=timeout)
         return Ended(done.returncode, done.stdout, done.stderr, time.monotonic() - began)
 
+    # ---- drives that come and go ----
+
+    def plug(self, letter: str, folder: Path, kind: str = "fixed", device: str | None = None) -> None:
+        """Makes the folder a drive, in place of what was there: another disk under its letter, or a second letter for
+        a folder. Its label and serial number are what `label_volume` has written; with a block device, that one tells
+        them and the name of its file system, while the files are the folder's."""
+        done = self.tool("plug", letter, kind, str(folder), *([device] if device else []))
+        assert done.code == 0, done.errors
+        if letter not in self._plugged:
+            self._plugged.append(letter)
+
+    def unplug(self, letter: str) -> None:
+        """Takes a drive away, as when a stick is pulled out."""
+        self._plugged.remove(letter)
+        done = self.tool("unplug", letter)
+        (self._wine.prefix / "dosdevices" / f"{letter}::").unlink(missing_ok=True)
+        assert done.code == 0, done.errors
+
+    def unplug_all(self) -> None:
+        for letter in list(self._plugged):
+            self.unplug(letter)
+
+    def volume(self, root: str) -> Volume:
+        """What Windows programs are told about the volume with that root."""
+        done = self.tool("volume", root)
+        assert done.code == 0, done.errors
+        file_system, serial, kind, label = done.output.rstrip("\n").split("\t")
+        return Volume(file_system, int(serial), {2: "removable", 3: "fixed"}.get(int(kind), kind), _read_escapes(label))
+
     # ---- using the program as a person does ----
+
+    def has_hands(self) -> bool:
+        """Whether the test looked at the screen."""
+        return self._hands is not None
 
     def hands(self) -> Hands:
         if self._hands is None:

@@ -116,15 +116,14 @@ def test_a_location_on_a_drive_that_is_not_there(machine: Machine) -> None:
     assert machine.copied() == [r"E:\Weekly\Data\a.doc"]
 
 
-def test_a_location_that_cannot_be_written(machine: Machine, wine) -> None:
+def test_a_location_that_cannot_be_written(machine: Machine) -> None:
     write(machine.d / "Data" / "a.doc", "a")
     # The kernel's own files: nobody makes a folder there, whatever the rights.
-    wine.map_drive("r", "/proc/self/task")
+    machine.plug("r", Path("/proc/self/task"))
     machine.configure({r"R:\Backups": [r"D:\Data"]})
 
     ended = machine.run("C")
 
-    (wine.prefix / "dosdevices" / "r:").unlink()
     assert ended.code == 1
     assert any(line.startswith("R:\\Backups") for line in machine.errors()), machine.errors()
     assert machine.copied() == []

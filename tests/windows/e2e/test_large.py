@@ -39,19 +39,17 @@ def save_and_check(machine: Machine, count: int, timeout: float) -> None:
 MANY = 33_000
 
 
-def test_more_files_than_a_16_bit_counter_holds(machine: Machine) -> None:
-    seed_files(machine, MANY, 33)
-    save_and_check(machine, MANY, 240)
-
-
+@pytest.mark.long
 def test_more_files_in_one_folder_than_a_16_bit_counter_holds(machine: Machine) -> None:
-    # Nearly all of them saved before: each new name in a folder costs Wine a walk through the whole folder.
+    # Nearly all of them saved before: each new name in a folder costs Wine a walk through the whole folder. The saved
+    # copies are second names of the originals, which are quickly made, but for those that are written to here.
     seed_files(machine, MANY, 1)
-    shutil.copytree(machine.d, machine.e / "Daily")
+    shutil.copytree(machine.d, machine.e / "Daily", copy_function=os.link)
     source, saved = machine.d / "Data" / "f0", machine.e / "Daily" / "Data" / "f0"
     for number in range(0, MANY, 1000):
         (saved / f"{number}.txt").unlink()
     for number in range(500, MANY, 1000):
+        (source / f"{number}.txt").unlink()
         write(source / f"{number}.txt", "changed")
     machine.configure({DAILY: [r"D:\Data"]})
 

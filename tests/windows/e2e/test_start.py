@@ -6,6 +6,7 @@ from harness import DELETE_LIST, SHORTCUT, Machine, read_link, tree_of, wait_unt
 
 DAILY = r"E:\Backups\Daily"
 TITLE = "Marlok Backup Utility"
+MESSAGE = "Marlok Info....."
 
 
 def configured(machine: Machine) -> Machine:
@@ -68,10 +69,12 @@ def test_the_main_window_comes_up_and_closing_it_ends_the_program(machine: Machi
 
     process = machine.start()
 
+    window = machine.window(TITLE + "|Select Locations To Backup")
+    assert window.front_tab() == "Options"
     # The watcher takes it away after three seconds.
     assert wait_until(lambda: not (machine.folder / "Restart.exe").exists(), 15)
-    assert TITLE in machine.tool("windows").output.splitlines()
-    assert machine.tool("close", TITLE, "10").code == 0
+    assert machine.windows() == [TITLE]
+    window.close()
     assert machine.wait(process).code == 0
     assert list(machine.e.iterdir()) == []
 
@@ -79,25 +82,30 @@ def test_the_main_window_comes_up_and_closing_it_ends_the_program(machine: Machi
 def test_without_a_configuration_the_main_window_comes_up_by_itself(machine: Machine) -> None:
     process = machine.start()
 
-    assert machine.tool("close", TITLE, "15").code == 0
+    # The window that greets has the same title: it goes by itself, and the main one is there to be used.
+    assert "Welcome" in machine.window(TITLE + "|Welcome").texts()
+    window = machine.window(TITLE + "|Add Folder To List", 20)
+    assert window.tabs() == ["Options", "Backup Folder", "Files To Backup", "Review Saved"]
+    assert machine.windows() == [TITLE]
+    window.close()
     assert machine.wait(process).code == 0
 
 
 def test_a_second_instance_says_so_and_changes_nothing(machine: Machine) -> None:
     configured(machine)
     first = machine.start()
-    assert wait_until(lambda: TITLE in machine.tool("windows").output.splitlines(), 15)
+    window = machine.window(TITLE + "|Select Locations To Backup")
+    assert window.front_tab() == "Options"
     (machine.folder / DELETE_LIST).write_bytes(b"D:\\Data\r\n")
 
     second = machine.start("C")
-    box = machine.tool("press", "Marlok Info.....", "OK", "15")
-    assert "This Program Is Already Running" in box.output.splitlines()
+    assert machine.answer(MESSAGE, "This Program Is Already Running", "OK").buttons == ["OK"]
     assert machine.wait(second).code == 2
 
     assert (machine.folder / DELETE_LIST).exists()
     assert (machine.d / "Data" / "a.doc").exists()
     assert list(machine.e.iterdir()) == []
-    assert machine.tool("close", TITLE, "10").code == 0
+    window.close()
     assert machine.wait(first).code == 0
 
 
@@ -105,15 +113,14 @@ def test_the_result_is_shown_and_its_close_button_starts_the_program_again(machi
     configured(machine)
 
     process = machine.start("C", r"Backups\Daily", "S")
-    shown = machine.tool("press", TITLE, "Close", "20")
+    result = machine.window(TITLE + "|Backup Program Is Finished", 20)
 
-    assert shown.code == 0, shown.errors
-    assert "1 Files Copied" in shown.output.splitlines()
-    assert "Backup Program Is Finished" in shown.output.splitlines()
-    assert machine.wait(process).code == 0
+    assert "1 Files Copied" in result.texts()
     assert machine.copied() == [DAILY + r"\Data\a.doc"]
+    result.click("Close")
+    assert machine.wait(process).code == 0
     # The restarted program: its main window, and no restart program left after a while.
-    assert machine.tool("close", TITLE, "20").code == 0
+    machine.window(TITLE + "|Select Locations To Backup", 20).close()
     assert wait_until(lambda: not machine.running(), 20)
 
 

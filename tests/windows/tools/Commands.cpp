@@ -16,6 +16,7 @@
 #include "tests/windows/tools/Shown.h"
 #include "tests/windows/tools/Tabs.h"
 #include "tests/windows/tools/UserInput.h"
+#include "tests/windows/tools/Volumes.h"
 
 namespace marlok::test {
 
@@ -81,6 +82,10 @@ void Lines(const Words& words) {
             Say((line.selected ? L"*" : L" ") + OnOneLine(line.text));
         }
     });
+}
+
+void Count(const Words& words) {
+    WithControl(words, lists, [](HWND list) { Say(std::to_wstring(CountLines(list))); });
 }
 
 void Select(const Words& words) {
@@ -184,18 +189,6 @@ void Paint(const Words& words) {
     });
 }
 
-void Press(const Words& words) {
-    Within(Deadline(words[2]), [&] {
-        HWND button = ControlNamed(words[0], words[1], buttons);
-        for (HWND child : VisibleChildren(GetAncestor(button, GA_ROOT))) {
-            Say(TextOf(child));
-        }
-        if (PostMessageW(button, BM_CLICK, 0, 0) == FALSE) {
-            FailWithSystemError("cannot press the button");
-        }
-    });
-}
-
 void Close(const Words& words) {
     WithWindow(words[0], words[1], [](HWND window) {
         if (PostMessageW(window, WM_CLOSE, 0, 0) == FALSE) {
@@ -228,6 +221,28 @@ void Attributes(const Words& words) {
     Say(std::to_wstring(attributes));
 }
 
+wchar_t LetterIn(const std::wstring& word) {
+    if (word.size() != 1) {
+        throw std::runtime_error("no drive letter");
+    }
+    return word[0];
+}
+
+void Plug(const Words& words) {
+    const DriveKind kind = words[1] == L"removable" ? DriveKind::removable : DriveKind::fixed;
+    PlugDrive(LetterIn(words[0]), kind, ToUtf8(words[2]), words.size() == 4 ? ToUtf8(words[3]) : "");
+}
+
+void Unplug(const Words& words) {
+    UnplugDrive(LetterIn(words[0]));
+}
+
+void TellVolume(const Words& words) {
+    const Volume volume = VolumeAt(words[0]);
+    Say(volume.fileSystem + L"\t" + std::to_wstring(volume.serial) + L"\t" + std::to_wstring(volume.kind) + L"\t" +
+        OnOneLine(volume.label));
+}
+
 struct Outcome {
     int code;
     std::string reason;
@@ -254,17 +269,15 @@ struct Command {
     void (*run)(const Words&);
 };
 
-const std::map<std::wstring, Command> commands{{L"windows", {0, 0, Windows}},   {L"places", {0, 0, Places}},
-                                               {L"controls", {2, 2, Controls}}, {L"lines", {3, 3, Lines}},
-                                               {L"select", {4, 4, Select}},     {L"open", {4, 4, Open}},
-                                               {L"choose", {4, 4, Choose}},     {L"tab", {3, 3, Tab}},
-                                               {L"tabs", {2, 2, TabsOf}},       {L"click", {3, 3, ClickNamed}},
-                                               {L"check", {3, 3, Check}},       {L"state", {3, 3, State}},
-                                               {L"answer", {4, 4, Answer}},     {L"type", {3, 3, Type}},
-                                               {L"key", {3, 3, Key}},           {L"paint", {3, 3, Paint}},
-                                               {L"press", {3, 3, Press}},       {L"close", {2, 2, Close}},
-                                               {L"hold", {1, 1, Hold}},         {L"attributes", {1, 2, Attributes}},
-                                               {L"serve", {0, 0, Serve}}};
+const std::map<std::wstring, Command> commands{
+    {L"windows", {0, 0, Windows}},       {L"places", {0, 0, Places}}, {L"controls", {2, 2, Controls}},
+    {L"lines", {3, 3, Lines}},           {L"select", {4, 4, Select}}, {L"open", {4, 4, Open}},
+    {L"choose", {4, 4, Choose}},         {L"tab", {3, 3, Tab}},       {L"tabs", {2, 2, TabsOf}},
+    {L"click", {3, 3, ClickNamed}},      {L"check", {3, 3, Check}},   {L"state", {3, 3, State}},
+    {L"answer", {4, 4, Answer}},         {L"type", {3, 3, Type}},     {L"key", {3, 3, Key}},
+    {L"paint", {3, 3, Paint}},           {L"close", {2, 2, Close}},   {L"hold", {1, 1, Hold}},
+    {L"attributes", {1, 2, Attributes}}, {L"plug", {3, 4, Plug}},     {L"unplug", {1, 1, Unplug}},
+    {L"volume", {1, 1, TellVolume}},     {L"count", {3, 3, Count}},   {L"serve", {0, 0, Serve}}};
 
 Outcome Perform(const Words& words) {
     const auto command = commands.find(words.empty() ? L"" : words[0]);

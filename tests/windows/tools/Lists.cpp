@@ -127,6 +127,10 @@ std::optional<int> LineStarting(const std::vector<Line>& lines, const std::wstri
 
 }  // namespace
 
+int CountLines(HWND list) {
+    return static_cast<int>(Ask(list, DialectOf(list).count));
+}
+
 std::vector<Line> LinesOf(HWND list) {
     const Dialect dialect = DialectOf(list);
     const LRESULT count = Ask(list, dialect.count);

@@ -13,6 +13,10 @@ struct Line {
     bool selected;
 };
 
+/// How many lines it has.
+/// @throws NotYet when it does not answer.
+[[nodiscard]] int CountLines(HWND list);
+
 /// @throws NotYet when it does not answer.
 [[nodiscard]] std::vector<Line> LinesOf(HWND list);
 

@@ -10,6 +10,7 @@
 //                                        width, height (pixels, from the client area's corner), "enabled" or
 //                                        "disabled", text
 //   lines WINDOW LIST SECONDS            the lines of a list or combo box, behind "*" when selected, else a blank
+//   count WINDOW LIST SECONDS            how many lines it has
 //   select WINDOW LIST LINE,... SECONDS  selects these lines and no others, clicking them
 //   open WINDOW LIST LINE SECONDS        clicks a line twice
 //   choose WINDOW COMBO PREFIX SECONDS   chooses the first line of a combo box that starts with that
@@ -25,11 +26,14 @@
 //   paint WINDOW DURATION SECONDS        for so many seconds makes the window paint itself again and again; tells how
 //                                        often it did, the longest time that this took it, and the longest that a
 //                                        message did, both in milliseconds
-//   press WINDOW BUTTON SECONDS          waits for a window with that button, tells the texts in it as they are and
-//                                        presses the button, not by the mouse: works in the background
 //   close WINDOW SECONDS                 asks a window to close
 //   hold PATH                            keeps a file open for itself alone until standard input ends; says "held"
 //   attributes PATH [WORD]               sets the attribute word when there is one, then tells it
+//   plug LETTER KIND FOLDER [DEVICE]     makes a folder of the machine that Wine runs on a drive, "fixed" or
+//                                        "removable", in place of what was there (see Volumes.h)
+//   unplug LETTER                        takes a drive away
+//   volume ROOT                          tells the volume's file system, serial number, kind of drive and label, with
+//                                        tabs between them
 //   serve                                takes such calls from standard input, one a line, with tabs between the words;
 //                                        after what each one says comes a line with a bell, its exit code, a blank and
 //                                        the reason
