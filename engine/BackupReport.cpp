@@ -63,6 +63,7 @@ void AddLines(std::vector<std::string>& lines, const std::string& heading, const
 
 std::vector<std::string> NotesOf(const RunReport& report) {
     std::vector<std::string> notes;
+    notes.reserve(report.Notes().size());
     for (const RunReport::Line& line : report.Notes()) {
         notes.push_back(line.path + ": " + line.reason);
     }
@@ -126,6 +127,7 @@ std::string BackupReportText(SystemInfo& system, AbsentDrives& drives, const Run
         "Seconds:   " + std::to_string(report.milliseconds / 1000),
     };
     std::vector<std::string> run;
+    run.reserve(report.outcomes.size());
     for (const RunReport::Outcome& outcome : report.outcomes) {
         run.push_back(outcome.location + (outcome.well ? ": all is saved" : ": something is not saved"));
     }
@@ -134,6 +136,7 @@ std::string BackupReportText(SystemInfo& system, AbsentDrives& drives, const Run
     AddLines(lines, "Notes:", NotesOf(report));
     AddLines(lines, "Different, but not copied (older than the saved copy, or of the same time):", report.different);
     std::vector<std::string> known;
+    known.reserve(report.configured.size());
     for (const Location& location : report.configured) {
         known.push_back(location.Path() + ": last went well " + LastTime(history, location, true) + ", last failed " +
                         LastTime(history, location, false));
@@ -158,6 +161,7 @@ void WriteBackupReport(Machine& machine, AbsentDrives& drives, RunReport& report
     }
     if (read == error::success) {
         std::vector<std::string> lines;
+        lines.reserve(history.size());
         for (const HistoryLine& line : history) {
             lines.push_back(FormatHistoryLine(line));
         }

@@ -19,23 +19,25 @@ namespace {
 /// killed has at most so many files copied anew by the next one.
 constexpr std::size_t groupSize = 256;
 
-constexpr const char* nameReserved = "not saved: this place is needed for a file of the program";
-constexpr const char* folderInPlace = "not saved: a folder of that name stands where its saved copy belongs";
+constexpr const char* nameReserved = "not saved: the program needs this name for a file of its own; rename the file";
+constexpr const char* folderInPlace =
+    "not saved: a folder of that name stands where its saved copy belongs; rename or delete that folder in the backup "
+    "location";
 constexpr const char* noFolder =
     "not saved: its folder is not in the backup location; take it off the list and add it again, which makes the "
     "folder";
-constexpr const char* anotherRun =
-    "another run is writing in this backup location, which was passed over; run the backup again when that has ended";
-constexpr const char* tooLarge = "not saved: it is larger than this disk can hold (4 GB)";
+constexpr const char* tooLarge =
+    "not saved: it is larger than this disk can hold (4 GB); choose a location on an NTFS or exFAT disk";
 constexpr const char* decrypted = "saved decrypted: the backup location cannot hold encrypted files";
 constexpr const char* unreadableLink = "not saved: a link of Windows' own that no program can read";
 
 std::string SamePlace(const std::string& other) {
-    return "not saved: " + other + " is saved in the same place";
+    return "not saved: " + other + " is saved in the same place; give one of the two a backup location of its own";
 }
 
 std::string ShortName(const std::string& longName) {
-    return "not saved: its name is the short name of \"" + longName + "\" in the backup location";
+    return "not saved: its name is the short name of \"" + longName +
+           "\" in the backup location; rename one of the two";
 }
 
 /// What follows `folder` and a "\" in `path`, letter case ignored; false when `path` does not lie below it. Everything
@@ -164,6 +166,9 @@ void CopyLoop::BackupFolder(std::size_t source, std::size_t index) {
     }
     if (made != error::success) {
         report_.Add(folder.path, made);
+        for (const DirectoryEntry& entry : entries) {
+            CountFailed(Join(folder.path, entry.name));
+        }
         return;
     }
     BackupFolderFiles({sources_[source], folder.path, target, contested}, entries, saved);
@@ -207,7 +212,7 @@ SystemError CopyLoop::MakeTargetFolders(const std::string& folder, SavedFolder& 
 bool CopyLoop::BeginWriting() {
     if (!abandoned_ && journal_.Begin() == RunJournal::Begun::inUse) {
         abandoned_ = true;
-        report_.Add(location_.Path(), anotherRun);
+        report_.Add(location_.Path(), anotherRunAtWork);
     }
     return !abandoned_;
 }
@@ -262,11 +267,16 @@ void CopyLoop::Choose(const Work& work, DirectoryEntry& entry, const SavedFolder
     }
     const Chosen file{entry.size, entry.lastWriteTime, source, Join(work.target, entry.name),
                       saved.code == error::success};
+    if (const std::string other = EarlierOriginal(work, file); !other.empty()) {
+        Refuse(source, SamePlace(other));
+        return;
+    }
     if (!places_.MaySave(file.target)) {
         Refuse(source, nameReserved);
         return;
     }
     if (!file.replaces && !IsMissing(saved.code)) {
+        Claim(work, file.source, file.target);
         Fail(file, saved.code);
         return;
     }
@@ -325,23 +335,38 @@ std::string CopyLoop::WhyTaken(const Work& work, const Chosen& file, const Saved
             return ShortName(saved.entry.name);
         }
     }
-    FileIdentity identity;
-    if (!work.contested || files_.Identify(file.target, identity) != error::success || identity.NumbersNothing()) {
-        return "";
+    return "";
+}
+
+/// The original that has the place of `file`, or has been the first to try; "" when none but `file` has.
+std::string CopyLoop::EarlierOriginal(const Work& work, const Chosen& file) {
+    for (const std::string& key : ClaimKeys(work, file.target)) {
+        const auto claim = claims_.find(key);
+        if (claim != claims_.end() && claim->second != file.source) {
+            return claim->second;
+        }
     }
-    const auto claim = claims_.find(ClaimKey(identity));
-    return claim == claims_.end() || claim->second == file.source ? "" : SamePlace(claim->second);
+    return "";
 }
 
-std::string CopyLoop::ClaimKey(const FileIdentity& identity) {
-    return std::to_string(identity.volume) + "/" + std::to_string(identity.high) + "/" + std::to_string(identity.index);
+/// What stands for a place that others may come for: its name, and what is there already, whatever it is called.
+std::vector<std::string> CopyLoop::ClaimKeys(const Work& work, const std::string& target) {
+    std::vector<std::string> keys;
+    if (work.contested) {
+        keys.push_back(text::Fold(target));
+        FileIdentity identity;
+        if (files_.Identify(target, identity) == error::success && !identity.NumbersNothing()) {
+            keys.push_back(std::to_string(identity.volume) + "/" + std::to_string(identity.high) + "/" +
+                           std::to_string(identity.index));
+        }
+    }
+    return keys;
 }
 
-/// Remembers whose saved copy this is, where others may come for the same.
+/// Remembers whose place this is, where others may come for the same.
 void CopyLoop::Claim(const Work& work, const std::string& source, const std::string& target) {
-    FileIdentity identity;
-    if (work.contested && files_.Identify(target, identity) == error::success) {
-        claims_.try_emplace(ClaimKey(identity), source);
+    for (std::string& key : ClaimKeys(work, target)) {
+        claims_.try_emplace(std::move(key), source);
     }
 }
 
@@ -405,6 +430,7 @@ void CopyLoop::CopyAndAccount(const Work& work, const Chosen& file, bool recorde
         Claim(work, file.source, file.target);
         sink_.Copied(file.source, file.target);
     } else if (code != error::requestAborted) {
+        Claim(work, file.source, file.target);
         Fail(file, code);
     }
     sink_.Breathe();
@@ -499,6 +525,10 @@ SystemError CopyLoop::CopyBeside(const Chosen& file) {
 
 void CopyLoop::Refuse(const std::string& source, const std::string& reason) {
     report_.Add(source, reason);
+    CountFailed(source);
+}
+
+void CopyLoop::CountFailed(const std::string& source) {
     ++report_.failed;
     sink_.Failed(source);
 }
@@ -510,8 +540,7 @@ void CopyLoop::Fail(const Chosen& file, SystemError code) {
         return;
     }
     report_.Add(file.source, code);
-    ++report_.failed;
-    sink_.Failed(file.source);
+    CountFailed(file.source);
 }
 
 }  // namespace marlok

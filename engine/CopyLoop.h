@@ -89,7 +89,8 @@ class CopyLoop {
                 std::vector<Chosen>& chosen);
     [[nodiscard]] std::string WhyTaken(const Work& work, const Chosen& file, const SavedFolder::Found& saved);
     [[nodiscard]] std::string OtherOriginal(const std::string& source, const std::string& target);
-    [[nodiscard]] static std::string ClaimKey(const FileIdentity& identity);
+    [[nodiscard]] std::string EarlierOriginal(const Work& work, const Chosen& file);
+    [[nodiscard]] std::vector<std::string> ClaimKeys(const Work& work, const std::string& target);
     void Claim(const Work& work, const std::string& source, const std::string& target);
 
     void CopyAll(const Work& work, const std::vector<Chosen>& chosen);
@@ -106,6 +107,7 @@ class CopyLoop {
     /// Reports a file that is not saved, and counts it.
     void Refuse(const std::string& source, const std::string& reason);
     void Fail(const Chosen& file, SystemError code);
+    void CountFailed(const std::string& source);
 
     Machine& machine_;
     FileSystem& files_;
@@ -120,7 +122,7 @@ class CopyLoop {
     std::vector<SavePlaces::Rival> rivals_;
     Volume volume_;  ///< that the location lies on
     std::vector<std::string> originals_;
-    std::map<std::string, std::string> claims_;  ///< contested saved files, by identity, and whose they are
+    std::map<std::string, std::string> claims_;  ///< contested places, see ClaimKeys, and whose they are
     bool listsUnchanged_ = false;
     bool abandoned_ = false;
 };

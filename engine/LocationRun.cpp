@@ -19,19 +19,22 @@ namespace marlok {
 
 namespace {
 
-constexpr const char* notPlain = "not backed up: a source must be a full, plain path";
+constexpr const char* notPlain =
+    "not backed up: this is no full, plain path; take it off the list and add the folder or file again";
 constexpr const char* noSources =
     "nothing is to be backed up into this location; choose folders or files on \"Files To Backup\"";
-constexpr const char* inUse =
-    "another run is writing in this backup location, which was passed over; run the backup again when that has ended";
 constexpr const char* damagedJournal =
     "this record of an interrupted run is damaged; copy all files once (\"Backup All Files\") to be sure of every file";
-constexpr const char* anotherComputer = "nothing was deleted before copying: another computer saves here too";
+constexpr const char* anotherComputer =
+    "nothing was deleted before copying: the backup of another computer into this location was cut short; run it there "
+    "first";
 constexpr const char* incompleteScan =
-    "nothing was deleted before copying: not all of its sources could be looked through, and what is saved of them may "
-    "be the only copies";
+    "nothing was deleted before copying: a source is missing or could not be read, and what is saved of it may be the "
+    "only copy; see the lines above, then copy all files again";
 constexpr const char* incompleteCopy =
-    "possibly incomplete: its copying was interrupted, and there is no original of it any more";
+    "possibly incomplete: its copying was interrupted, and there is no original of it any more; delete it if you do "
+    "not "
+    "need it";
 
 /// A source whose target lies below the location for certain.
 bool IsPlainSource(const std::string& source) {
@@ -62,7 +65,7 @@ bool LocationRun::Run(const std::vector<std::string>& sources) {
     }
     ListKilledRun();
     if (!PrepareFolder()) {
-        static_cast<void>(ListOriginals({}));
+        static_cast<void>(ListOriginals({}));  // every location that is run has a list; what hinders that is reported
         return true;
     }
     if (sources.empty()) {
@@ -88,7 +91,7 @@ bool LocationRun::Run(const std::vector<std::string>& sources) {
 bool LocationRun::Open() {
     switch (journal_.Load()) {
         case RunJournal::State::inUse:
-            report_.Add(location_.Path(), inUse);
+            report_.Add(location_.Path(), anotherRunAtWork);
             return false;
         case RunJournal::State::unreadable:
             if (journal_.Code() == error::success) {

@@ -81,9 +81,11 @@ class RunJournal {
     /// True when the saved file at this path below the location may be torn.
     [[nodiscard]] bool MayBeTorn(const std::string& target) const;
 
-    /// Begins to write: from now on other runs see that this one is at work. Call it before the first change in the
-    /// location. `error::success` also when nothing can be recorded (see Records).
+    /// `inUse`: another run is at work in the location, and nothing may be written there.
     enum class Begun { yes, inUse };
+
+    /// Begins to write: from now on other runs see that this one is at work. Call it before the first change in the
+    /// location. `yes` also when nothing can be recorded: Record answers false then.
     [[nodiscard]] Begun Begin();
 
     /// Writes down a group of copies that are about to begin, all earlier ones being done. False when it could not be

@@ -12,7 +12,7 @@
 namespace marlok {
 
 /// What became of the files of a run, and what could not be done. Every file that a run lists ends in exactly one of
-/// the four counts.
+/// the four counts, except links that no program can open: a note tells of each.
 class RunReport {
  public:
     std::uint64_t copied = 0;
@@ -60,6 +60,10 @@ class RunReport {
     std::vector<Line> lines_;
     std::vector<Line> notes_;
 };
+
+/// Another run is at work in a location, which is passed over.
+inline constexpr const char* anotherRunAtWork =
+    "not backed up: another run is saving into this location; run the backup again when that has ended";
 
 /// The reason of a line, as a sentence for the user.
 [[nodiscard]] std::string ReasonOf(SystemInfo& system, const RunReport::Line& line);

@@ -9,7 +9,7 @@
 #include "platform/Process.h"
 #include "platform/SystemInfo.h"
 
-/// Folders: whether they exist, their creation, Nothing here holds state.
+/// Whether folders and files exist, and the creation of folders. Nothing here holds state.
 namespace marlok {
 
 /// True when `path` is an existing folder.

@@ -59,7 +59,8 @@ bool PatientFiles::IsPlainFile(const std::string& path) {
 }
 
 SystemError PatientFiles::RemoveFolder(const std::string& path) {
-    // Not empty: a file in it may have been deleted and still be open somewhere.
+    // One that is not empty is not waited for, although what is left in it may be deleted and merely open somewhere:
+    // most folders that answer so hold something for good.
     return Try([&] { return files_.RemoveFolder(path); },
                [&](SystemError code) {
                    DirectoryEntry entry;

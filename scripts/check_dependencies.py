@@ -60,15 +60,6 @@ KNOTS = [
     {"forms/Control", "forms/Controls", "forms/Form", "forms/TabControl", "forms/Windows"},
     # One service on one disk, in three files: its calls, its open files, its copies.
     {"tests/machine/InMemoryCopy", "tests/machine/InMemoryFile", "tests/machine/InMemoryFiles"},
-    # The base of the native controls picks the derived ones.
-    {
-        "win32/views/NativeArea",
-        "win32/views/NativeControl",
-        "win32/views/NativeFolderList",
-        "win32/views/NativeList",
-        "win32/views/NativePicture",
-        "win32/views/NativeWebView",
-    },
 ]
 
 # What merges and editors leave beside the files they work on.

@@ -28,6 +28,9 @@ TEST(GetEntrySizeTest, TheLowerThirtyTwoBits) {
     EXPECT_EQ(GetEntrySize(entry), 5U);
 }
 
+constexpr const char* samePlace =
+    R"(D:\Data\a.doc: not saved: C:\Data\a.doc is saved in the same place; give one of the two a backup location of its own)";
+
 class CopyLoopTest : public ProgramTest {
  protected:
     CopyLoopTest() { BackUp({R"(C:\Data)"}); }
@@ -213,8 +216,35 @@ TEST_F(CopyLoopTest, OfTwoOriginalsWithOneSavedPathTheSecondIsReported) {
                   (Tree{{"Data\\", ""}, {"Data\\a.doc", "older"}, {"Data\\c.doc", "c"}, {"Data\\d.doc", "d"}}));
         EXPECT_THAT(OriginalList(machine, "Save"),
                     ElementsAre(R"(C:\Data\a.doc)", R"(C:\Data\c.doc)", R"(D:\Data\d.doc)"));
-        EXPECT_EQ(ErrorLog(machine).back(), R"(D:\Data\a.doc: not saved: C:\Data\a.doc is saved in the same place)");
+        EXPECT_EQ(ErrorLog(machine).back(), samePlace);
     }
+}
+
+TEST_F(CopyLoopTest, ThePlaceOfAnOriginalThatCannotBeReadIsNotTakenByAnother) {
+    machine.Seed({{R"(C:\Data\a.doc)", "first"}, {R"(D:\Data\a.doc)", "second"}});
+    BackUp({R"(C:\Data)", R"(D:\Data)"});
+    machine.faults.FailWhen([](const Step& step) {
+        return step.operation == "Copy" && step.path == R"(C:\Data\a.doc)" ? error::sharingViolation : error::success;
+    });
+    EXPECT_EQ(Run(), exitcode::somethingFailed);
+    EXPECT_EQ(Saved(), (Tree{{"Data\\", ""}}));
+    EXPECT_EQ(ErrorLog(machine).back(), samePlace);
+    machine.faults.Revive();
+    EXPECT_EQ(Run(), exitcode::somethingFailed);
+    EXPECT_EQ(Saved(), (Tree{{"Data\\", ""}, {"Data\\a.doc", "first"}}));
+}
+
+TEST_F(CopyLoopTest, FilesOfAFolderThatCannotBeMadeCountAsFailed) {
+    machine.Seed({{R"(C:\Data\Sub\a.doc)", "a"}, {R"(C:\Data\Sub\b.doc)", "b"}, {R"(C:\Data\c.doc)", "c"}});
+    machine.faults.FailWhen([](const Step& step) {
+        return step.operation == "CreateFolder" && step.path == R"(E:\Save\Data\Sub)" ? error::accessDenied
+                                                                                      : error::success;
+    });
+    const RunReport report = RunHarness(machine).Backup({R"(E:\Save)"});
+    EXPECT_EQ(report.copied, 1U);
+    EXPECT_EQ(report.failed, 2U);
+    ASSERT_EQ(report.Lines().size(), 1U);
+    EXPECT_EQ(report.Lines()[0].path, R"(C:\Data\Sub)");
 }
 
 TEST_F(CopyLoopTest, ANetworkSourceIsSavedBelowServerAndShare) {

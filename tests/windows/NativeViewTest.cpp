@@ -429,7 +429,7 @@ TEST_F(NativeListTest, LongLinesCanBeScrolledTo) {
 }
 
 TEST_F(NativeListTest, AHundredThousandLinesAreQuick) {
-    constexpr int lines = 100000;
+    static constexpr int lines = 100000;
     const auto fill = [this](int refreshed) {
         const auto start = std::chrono::steady_clock::now();
         form.List1.Clear();

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "win32/machine/Wide.h"
-#include "win32/views/NativeControl.h"
+#include "win32/views/WindowText.h"
 
 namespace marlok::test {
 

@@ -18,7 +18,7 @@
 namespace marlok::win32 {
 
 /// The window on the screen that shows a form.
-class NativeForm : public forms::View {
+class NativeForm : public forms::View, public NativeLoop::Member {
  public:
     /// Creates the window, hidden. `form` and `loop` outlive it. A form that is larger than the screen is cut to it.
     /// @throws std::system_error when the system cannot make a window.
@@ -32,19 +32,11 @@ class NativeForm : public forms::View {
     void ControlRemoved(const forms::Control& control) override;
     void Refresh() override;
 
-    /// Mirrors what the controls have put off.
-    void Flush();
-
-    /// Shows the frames of moving pictures that are due.
-    void Animate();
-
-    /// Milliseconds until a picture moves; NativeControl::never while none does.
-    [[nodiscard]] std::uint32_t NextFrameIn() const;
-
-    /// Acts on a message of the keyboard before one of the form's windows gets it. False when it goes its usual way.
-    [[nodiscard]] bool TakesKey(const MSG& message) { return keyboard_.Handle(message); }
-
-    [[nodiscard]] HWND Window() const { return window_.Get(); }
+    void Flush() override;
+    void Animate() override;
+    [[nodiscard]] std::uint32_t NextFrameIn() const override;
+    [[nodiscard]] bool TakesKey(const MSG& message) override { return keyboard_.Handle(message); }
+    [[nodiscard]] HWND Window() const override { return window_.Get(); }
 
  private:
     [[nodiscard]] static WindowHandle CreateHidden(const forms::Form& form);

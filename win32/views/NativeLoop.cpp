@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "win32/views/NativeForm.h"
-
 namespace marlok::win32 {
 
-void NativeLoop::Post(const NativeForm& owner, Action action) {
+void NativeLoop::Post(const Member& owner, Action action) {
     posted_.push_back({&owner, std::move(action), postsNotices_});
 }
 
@@ -38,45 +36,45 @@ void NativeLoop::RethrowKept() {
     }
 }
 
-void NativeLoop::Add(NativeForm& form) {
+void NativeLoop::Add(Member& form) {
     forms_.push_back(&form);
     session_.Add(form.Window());
 }
 
-void NativeLoop::Remove(const NativeForm& form) {
+void NativeLoop::Remove(const Member& form) {
     std::erase(forms_, &form);
     std::erase_if(posted_, [&form](const Posted& posted) { return posted.owner == &form; });
 }
 
 void NativeLoop::Flush() {
-    for (NativeForm* form : forms_) {
+    for (Member* form : forms_) {
         form->Flush();
     }
 }
 
 void NativeLoop::Animate() {
-    for (NativeForm* form : forms_) {
+    for (Member* form : forms_) {
         form->Animate();
     }
 }
 
 std::uint32_t NativeLoop::NextFrameIn(std::uint32_t limit) const {
     std::uint32_t next = limit;
-    for (const NativeForm* form : forms_) {
+    for (const Member* form : forms_) {
         next = std::min(next, form->NextFrameIn());
     }
     return next;
 }
 
-NativeForm* NativeLoop::FormOf(HWND window) const {
+NativeLoop::Member* NativeLoop::FormOf(HWND window) const {
     HWND root = GetAncestor(window, GA_ROOT);
     const auto found =
-        std::find_if(forms_.begin(), forms_.end(), [root](const NativeForm* form) { return form->Window() == root; });
+        std::find_if(forms_.begin(), forms_.end(), [root](const Member* form) { return form->Window() == root; });
     return root == nullptr || found == forms_.end() ? nullptr : *found;
 }
 
 bool NativeLoop::TakesKey(MSG& message) const {
-    NativeForm* form = FormOf(message.hwnd);
+    Member* form = FormOf(message.hwnd);
     return form != nullptr && (form->TakesKey(message) || IsDialogMessageW(form->Window(), &message) != 0);
 }
 
@@ -90,7 +88,7 @@ void NativeLoop::AllowShutdown() {
 
 std::vector<HWND> NativeLoop::Windows() const {
     std::vector<HWND> windows;
-    for (const NativeForm* form : forms_) {
+    for (const Member* form : forms_) {
         windows.push_back(form->Window());
     }
     return windows;
@@ -101,7 +99,7 @@ HWND NativeLoop::ActiveWindow() const {
         return active;
     }
     const auto visible = std::find_if(forms_.rbegin(), forms_.rend(),
-                                      [](const NativeForm* form) { return IsWindowVisible(form->Window()) != 0; });
+                                      [](const Member* form) { return IsWindowVisible(form->Window()) != 0; });
     return visible == forms_.rend() ? nullptr : (*visible)->Window();
 }
 

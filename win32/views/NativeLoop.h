@@ -13,8 +13,6 @@
 
 namespace marlok::win32 {
 
-class NativeForm;
-
 /// What all windows on the screen share: the queue of the user's actions, and the state of the pointer.
 ///
 /// A window procedure never runs a handler of the program. It posts the action here, and the action runs when the
@@ -25,8 +23,32 @@ class NativeLoop {
  public:
     using Action = std::function<void()>;
 
+    /// A window that takes part: what the loop asks of it. All of them are called outside window procedures.
+    class Member {
+     public:
+        Member() = default;
+        Member(const Member&) = delete;
+        Member& operator=(const Member&) = delete;
+        virtual ~Member() = default;
+
+        [[nodiscard]] virtual HWND Window() const = 0;
+
+        /// Mirrors what the controls have put off.
+        virtual void Flush() = 0;
+
+        /// Shows the frames of moving pictures that are due.
+        virtual void Animate() = 0;
+
+        /// Milliseconds until a picture moves; NativeControl::never while none does.
+        [[nodiscard]] virtual std::uint32_t NextFrameIn() const = 0;
+
+        /// Acts on a message of the keyboard before one of the window's controls gets it. False when it goes its usual
+        /// way.
+        [[nodiscard]] virtual bool TakesKey(const MSG& message) = 0;
+    };
+
     /// Queues an action of the user in a window of `owner`.
-    void Post(const NativeForm& owner, Action action);
+    void Post(const Member& owner, Action action);
 
     /// Drops what the user did and no handler has seen yet; notices of the system stay.
     void DiscardInput();
@@ -53,10 +75,11 @@ class NativeLoop {
     /// Throws what was kept, once.
     void RethrowKept();
 
-    void Add(NativeForm& form);
+    /// `form` outlives the loop, or is removed.
+    void Add(Member& form);
 
     /// Takes `form` out, with the actions queued for it.
-    void Remove(const NativeForm& form);
+    void Remove(const Member& form);
 
     /// Brings every window's lists up to date.
     void Flush();
@@ -84,10 +107,10 @@ class NativeLoop {
     [[nodiscard]] bool Hourglass() const { return hourglass_; }
 
  private:
-    [[nodiscard]] NativeForm* FormOf(HWND window) const;
+    [[nodiscard]] Member* FormOf(HWND window) const;
 
     struct Posted {
-        const NativeForm* owner;
+        const Member* owner;
         Action action;
         bool notice;
     };
@@ -95,7 +118,7 @@ class NativeLoop {
 
     std::deque<Posted> posted_;
     std::exception_ptr kept_;
-    std::vector<NativeForm*> forms_;  ///< not owned
+    std::vector<Member*> forms_;  ///< not owned
     SessionWatch session_;
     bool postsNotices_ = false;
     bool hourglass_ = false;

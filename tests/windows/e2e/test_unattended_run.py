@@ -58,7 +58,8 @@ def test_the_program_folder_holds_the_records_and_nothing_else(machine: Machine)
 
     run_clean(machine, "C", NAME)
 
-    assert set(tree_of(machine.folder)) - shipped == {RUN_LOG, "Backups", "Backups/Daily.txt"}
+    records = {RUN_LOG, "Backup Report.txt", "Backup History.txt", "Backups", "Backups/Daily.txt"}
+    assert set(tree_of(machine.folder)) - shipped == records
     assert shipped <= set(tree_of(machine.folder))
 
 
