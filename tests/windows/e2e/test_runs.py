@@ -162,6 +162,7 @@ def test_a_whole_drive_is_emptied_only_when_the_person_says_so(machine: Machine)
         assert said.buttons == ["Keep", "Delete"]
         assert "any more): 1 (9 bytes)" in said.texts[0].replace("\r\n", " ")
         result = machine.window(TITLE + "|Backup Has Been Completed", 30)
+        assert wait_until(lambda result=result: result.enabled("Close"))
         assert (machine.e / "Photos" / "own.jpg").exists() == stays
         assert (machine.e / "Data" / "a.doc").read_text() == "a"
         result.close()
