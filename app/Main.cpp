@@ -1,24 +1,27 @@
 #include "app/Main.h"
 
+#include <exception>
 #include <string>
 
 #include "app/CommandLine.h"
 #include "app/Form2.h"
+#include "app/ProgramEnd.h"
 #include "app/frmStartUp.h"
+#include "engine/ErrorLog.h"
 #include "engine/PendingDeletions.h"
 #include "engine/ReportBox.h"
+#include "engine/RestoreJournal.h"
 #include "engine/RunLog.h"
 #include "engine/RunReport.h"
+#include "fileops/PatientFiles.h"
 #include "platform/RuntimeError.h"
+#include "ui/Texts.h"
 #include "ui/frmSSTab.h"
 #include "ui/run/Form6.h"
 
 namespace marlok::app {
 
 namespace {
-
-constexpr const char* infoTitle = "Marlok Info.....";
-constexpr const char* programTitle = "Marlok Backup Utility";
 
 /// What the counting of the configuration found: the first location number that holds nothing, and whether a source
 /// exists.
@@ -35,9 +38,9 @@ void DeletePending(Session& session) {
         return;
     }
     const bool logged = WriteErrorLog(machine, report) == error::success;
-    if (SplitCommandLine(machine.process.Arguments()).empty()) {
+    if (!IsUnattended(machine)) {
         const std::string text = ReportBoxText(machine.system, report, logged);
-        machine.desktop.ShowMessage(text, messagestyle::ok | messagestyle::information, infoTitle);
+        machine.desktop.ShowMessage(text, messagestyle::ok | messagestyle::information, ui::texts::infoTitle);
         return;
     }
     for (const RunReport::Line& line : report.Lines()) {
@@ -91,17 +94,27 @@ void LoadFirstWindow(Session& session, forms::Windows& windows, const Configured
     windows.Load<Form6>(session);
 }
 
-void ReportRuntimeError(Machine& machine, const RuntimeError& error) {
-    const std::string text = "Run-time error '" + std::to_string(error.Number()) + "':\r\n\r\n" + error.what();
-    if (SplitCommandLine(machine.process.Arguments()).empty()) {
-        machine.desktop.ShowMessage(text, messagestyle::stop, programTitle);
+/// What a window has still to write it writes when it is unloaded. What fails then is less than what ended the program.
+void UnloadAfterFailure(forms::Windows& windows) {
+    try {
+        windows.UnloadAll();
+    } catch (const std::exception&) {
         return;
     }
-    machine.process.WriteError(text);
-    RunReport report;
-    report.Add(programTitle, std::string(error.what()) + " (run-time error " + std::to_string(error.Number()) +
-                                 "); the run has ended");
-    WriteErrorLog(machine, report);
+}
+
+/// The program from start to end, its windows included.
+int RunWindows(Machine& machine, forms::ViewFactory* views) {
+    Session session(machine);
+    forms::Windows windows(machine.desktop, machine.clock, views);
+    try {
+        Main(session, windows);
+        windows.Run();
+    } catch (...) {
+        UnloadAfterFailure(windows);
+        throw;
+    }
+    return session.exitCode;
 }
 
 }  // namespace
@@ -109,11 +122,14 @@ void ReportRuntimeError(Machine& machine, const RuntimeError& error) {
 void Main(Session& session, forms::Windows& windows) {
     Machine& machine = session.machine;
     if (!machine.process.ClaimSingleInstance()) {
-        machine.desktop.ShowMessage("This Program Is Already Running", messagestyle::ok | messagestyle::information,
-                                    infoTitle);
+        session.exitCode = EndAsSecondInstance(machine);
+        return;
+    }
+    if (!CanWriteBeside(machine)) {
         session.exitCode = exitcode::nothingRan;
         return;
     }
+    RestoreJournal(machine).ClearKilled();
     DeletePending(session);
     ClearFlags(session);
     session.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
@@ -123,16 +139,14 @@ void Main(Session& session, forms::Windows& windows) {
 }
 
 int RunProgram(Machine& machine, forms::ViewFactory* views) {
-    Session session(machine);
-    forms::Windows windows(machine.desktop, machine.clock, views);
+    PatientFiles files(machine.files, machine.clock);
+    Machine patient{machine.registry, files,           machine.drives, machine.shell,  machine.desktop,
+                    machine.clock,    machine.process, machine.system, machine.browser};
     try {
-        Main(session, windows);
-        windows.Run();
-    } catch (const RuntimeError& error) {
-        ReportRuntimeError(machine, error);
-        return exitcode::nothingRan;
+        return RunWindows(patient, views);
+    } catch (...) {
+        return EndByException(machine);
     }
-    return session.exitCode;
 }
 
 }  // namespace marlok::app

@@ -58,15 +58,15 @@ LocationRun::LocationRun(const RunTools& tools, const Location& location)
       location_(location),
       journal_(tools.machine, location) {}
 
-void LocationRun::Run(const std::vector<std::string>& sources) {
+bool LocationRun::Run(const std::vector<std::string>& sources) {
     tools_.places.EnterLocation(location_);
     if (!Open()) {
-        return;
+        return true;
     }
     ListKilledRun();
     if (!PrepareFolder()) {
         static_cast<void>(ListOriginals({}));  // every location that is run has a list; what hinders that is reported
-        return;
+        return true;
     }
     if (sources.empty()) {
         report_.Add(location_.Path(), noSources);
@@ -84,6 +84,7 @@ void LocationRun::Run(const std::vector<std::string>& sources) {
         tools_.sink.Status("Copying " + location_.Name() + " Files");
     }
     CopySources(map);
+    return !stopped_;
 }
 
 /// False when another run is at work in the location.
@@ -274,7 +275,8 @@ void LocationRun::CopySources(const SourceMap& map) {
         loop.BackupSource(source);
     }
     ReportUnlisted();
-    everything_ = everything_ && report_.failed == failed && complete_ && tools_.sink.GoOn();
+    stopped_ = !tools_.sink.GoOn();  // from here on it makes no difference
+    everything_ = everything_ && report_.failed == failed && complete_ && !stopped_;
     Finish(ListOriginals(loop.TakeOriginals()));
 }
 

@@ -60,6 +60,14 @@ void Raise(SystemError code) {
     }
 }
 
+void Raise(SystemInfo& system, SystemError code, const std::string& path) {
+    try {
+        Raise(code);
+    } catch (const RuntimeError& error) {
+        throw RuntimeError(error.Number(), std::string(error.what()) + ": " + path + ": " + Describe(system, code));
+    }
+}
+
 std::string Describe(SystemInfo& system, SystemError code) {
     std::string sentence = OwnSentence(code);
     if (sentence.empty()) {

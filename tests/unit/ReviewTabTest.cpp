@@ -353,7 +353,7 @@ TEST_F(ReviewTabTest, AFileThatCannotBeReplacedIsReportedInWindowAndLog) {
     EXPECT_EQ(Replacement()->Label4.Caption.Get(), "1 File Not Replaced, See \"Backup Error Log.txt\"");
     ASSERT_THAT(ErrorLog(machine), SizeIs(1));
     EXPECT_THAT(ErrorLog(machine).front(), HasSubstr(R"(C:\Data\a.doc)"));
-    EXPECT_THAT(ErrorLog(machine).front(), HasSubstr("(error 5)"));
+    EXPECT_THAT(ErrorLog(machine).front(), HasSubstr("(error 32)"));
     EXPECT_EQ(machine.Read(R"(C:\Data\a.doc)"), "now a");
     EXPECT_EQ(machine.Read(R"(C:\Data\Sub\b.txt)"), "saved b");
 }
