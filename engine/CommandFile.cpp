@@ -68,6 +68,10 @@ LocationChoice ChooseLocations(const std::vector<std::string>& lines, const std:
         }
     }
     for (const std::string& line : lines) {
+        // A letter may stand behind the locations, and has told then what is to be copied.
+        if (IsLetter(line) && !choice.chosen.empty()) {
+            continue;
+        }
         if (std::ranges::none_of(configured, [&](const Location& location) { return holds(location, line); })) {
             choice.withoutEffect.push_back(line);
         }

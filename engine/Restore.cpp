@@ -168,7 +168,7 @@ std::string Restorer::Failure(SystemError code, const Replacement& replacement) 
     if (code == error::requestAborted) {
         return "stopped before it was complete";
     }
-    const std::string reason = Describe(machine_.system, code);
+    std::string reason = Describe(machine_.system, code);
     if (!Exists(machine_.files, replacement.original) && !replacement.oldName.empty() &&
         Exists(machine_.files, Join(FolderOf(replacement.original), replacement.oldName))) {
         return reason + "; the next start of the program gives what was there, now called " + replacement.oldName +

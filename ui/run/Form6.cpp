@@ -22,8 +22,11 @@ constexpr int leastHeight = 3600;
 
 }  // namespace
 
-Form6::Form6(forms::Windows& windows, Session& session)
-    : Form(windows, "Form6", "Marlok Backup Utility"), session_(session), breathe_(session.machine) {
+Form6::Form6(forms::Windows& windows, Session& session, std::optional<std::vector<Location>> chosen)
+    : Form(windows, "Form6", "Marlok Backup Utility"),
+      session_(session),
+      chosen_(std::move(chosen)),
+      breathe_(session.machine) {
     List2.Visible = false;
     Label4.Visible = false;
     for (forms::Control* storage :
@@ -33,10 +36,6 @@ Form6::Form6(forms::Windows& windows, Session& session)
     List2.AccessibleName = "Files Copied";
     Command1.Click = [this] { Command1_Click(); };
     Timer1.Tick = [this] { Timer1_Timer(); };
-}
-
-Form6::Form6(forms::Windows& windows, Session& session, std::vector<Location> chosen) : Form6(windows, session) {
-    chosen_ = std::move(chosen);
 }
 
 void Form6::Form_Load() {

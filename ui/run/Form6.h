@@ -26,10 +26,10 @@ namespace marlok {
 class Form6 : public forms::Form, private RunSink {
  public:
     /// An unattended run: of the locations that the lines of the command file choose.
-    Form6(forms::Windows& windows, Session& session);
+    Form6(forms::Windows& windows, Session& session) : Form6(windows, session, std::nullopt) {}
 
-    /// A background run: of these locations, whatever the lines of the command file would choose.
-    Form6(forms::Windows& windows, Session& session, std::vector<Location> chosen);
+    /// With `chosen`, a background run: of these locations, whatever the lines of the command file would choose.
+    Form6(forms::Windows& windows, Session& session, std::optional<std::vector<Location>> chosen);
 
     /// Backs up once more in the background, in the window that a run before has left loaded.
     void RunAgain(std::vector<Location> chosen);

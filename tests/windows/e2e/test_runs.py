@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import time
 
-from harness import ERROR_LOG, MISSING_DRIVE, Machine, Window, tree_of, wait_until, working_files_in, write
+from harness import ERROR_LOG, MISSING_DRIVE, RUN_LOG, Machine, Window, tree_of, wait_until, working_files_in, write
 
 TITLE = "Marlok Backup Utility"
 MESSAGE = "Marlok Info....."
@@ -110,6 +110,7 @@ def test_a_background_run_backs_up_what_is_selected_and_nothing_else(machine: Ma
     window.click("Run Backup")
 
     result = machine.window(TITLE + "|Backup Program Is Finished", 20)
+    assert wait_until((machine.folder / RUN_LOG).exists)
     assert machine.copied() == [r"E:\Save\Data\a.doc"]
     assert not (machine.e / "Saved").exists()
     result.close()
