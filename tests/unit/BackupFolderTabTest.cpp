@@ -410,6 +410,7 @@ TEST_F(BackupFolderTabTest, RemovingThePlaceholderPutsItBack) {
     machine.desktop.Answer(button::yes);
     ui::frmSSTab& window = OpenTab();
     DoubleClickLocation(window, 0);
+    ExpectMessage("This Will Remove Selected Backup Path, Continue?", question);
     EXPECT_THAT(window.List3.Items(), ElementsAre(noFolder));
     EXPECT_THAT(Stored("Target"), IsEmpty());
 }

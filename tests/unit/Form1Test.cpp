@@ -158,12 +158,15 @@ TEST_F(Form1Test, AStatusTextNamesEachLocationByItsPathWithoutTheDrive) {
 
 TEST_F(Form1Test, EveryStatusTextIsPaintedAtOnce) {
     Run();
-    for (auto record = views.records.begin(); record != views.records.end(); ++record) {
-        if (*record == "Form5.Label3 changed") {
-            EXPECT_NE(std::find(record, views.records.end(), "Form5 refreshed"), views.records.end());
+    int texts = 0;
+    for (std::size_t i = 1; i < views.records.size(); ++i) {
+        // Nothing at all happens between the text and its painting.
+        if (views.records[i - 1] == "Form5.Label3 changed" && views.records[i] != "Form5.Label3 changed") {
+            EXPECT_EQ(views.records[i], "Form5 refreshed") << i;
+            ++texts;
         }
     }
-    EXPECT_GE(std::ranges::count(views.records, "Form5 refreshed"), 3);
+    EXPECT_GE(texts, 3);
 }
 
 TEST_F(Form1Test, TheLogIsWrittenUnderItsStatusTextAndTheHourglass) {

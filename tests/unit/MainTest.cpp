@@ -489,5 +489,11 @@ TEST_F(MainTest, WhatAnotherProgramHoldsForAMomentIsWaitedFor) {
     EXPECT_EQ(machine.Read(R"(E:\Save\Data\a.doc)"), "one");
 }
 
+TEST_F(MainTest, SeparatorsAloneAreNoArguments) {
+    Program& program = Start(" ,/ \t, / ");
+    EXPECT_EQ(FirstWindow(program), "frmSSTab");
+    EXPECT_FALSE(machine.Exists(Beside("Command.txt")));
+}
+
 }  // namespace
 }  // namespace marlok::test

@@ -441,5 +441,56 @@ TEST_F(ReviewTabTest, AnEmptyReplacementWritesItsHeaderAloneOverAnOlderLog) {
     EXPECT_THAT(log[0], testing::EndsWith("was 0"));
 }
 
+TEST_F(ReviewTabTest, FilesOfADeeperLocationGoBackAndCanBeDeleted) {
+    Configure(machine, {{R"(E:\Backup\Mine)", {R"(C:\Data)"}}});
+    machine.Seed({{Beside(R"(Backup\Mine.txt)"), "C:\\Data\\a.doc\r\nC:\\Data\\b.txt\r\n"},
+                  {R"(E:\Backup\Mine\Data\a.doc)", "saved a", At(8, 0)},
+                  {R"(E:\Backup\Mine\Data\b.txt)", "saved b", At(8, 0)}});
+    Replace({0, 1});
+    FinishReplacement();
+    EXPECT_EQ(machine.Read(R"(C:\Data\a.doc)"), "saved a");
+    EXPECT_EQ(machine.Read(R"(C:\Data\b.txt)"), "saved b");
+    Replacement()->Unload();
+    ui::frmSSTab& window = *program.windows.Find<ui::frmSSTab>();
+    window.List6.UserSelected(0, {0});
+    machine.desktop.Answer(button::ok);
+    window.Command17.Click();
+    EXPECT_FALSE(machine.Exists(R"(E:\Backup\Mine\Data\a.doc)"));
+    EXPECT_EQ(machine.Read(Beside(R"(Backup\Mine.txt)")), "C:\\Data\\b.txt\r\n");
+}
+
+TEST_F(ReviewTabTest, BothKindsOfMissingFilesAreCountedForThemselves) {
+    WriteList("C:\\Data\\a.doc\r\nC:\\Data\\Sub\\b.txt\r\n");
+    machine.Seed({{R"(E:\Save\Music\n.mp3)", "n"}, {R"(E:\Save\Music\o.mp3)", "o"}});
+    ui::frmSSTab& window = OpenTab();
+    window.Command13.Click();
+    ASSERT_EQ(window.List6.ListCount(), 5);
+    window.List6.UserSelected(4, {0, 1, 2, 3, 4});
+    machine.Remove(R"(E:\Save\Data\Sub\b.txt)");
+    for (int i = 0; i < 6; ++i) {
+        machine.desktop.Answer(button::ok);
+    }
+    window.Command13.Click();
+    FinishReplacement();
+    // Three that are in no list, one that is gone.
+    EXPECT_EQ(LastMessage(), "All Selected Files, With The Exception of 3 Files, Copied");
+    EXPECT_EQ(Replacement()->Label1.Caption.Get(), "1 Files Were Replaced");
+}
+
+TEST_F(ReviewTabTest, ASecondReplacementWritesItsOwnLog) {
+    Replace({0, 1, 2});
+    FinishReplacement();
+    Replacement()->Unload();
+    ui::frmSSTab& window = *program.windows.Find<ui::frmSSTab>();
+    window.List6.UserSelected(1, {1});
+    machine.desktop.Answer(button::ok);
+    window.Command13.Click();
+    machine.clock.SetNow(At(18, 30));
+    FinishReplacement();
+    EXPECT_THAT(LinesBeside(machine, "Replaced File Log.txt"),
+                ElementsAre("Total files replaced Monday, Nov 15 2004 At 06:30 PM was 1", "", R"(C:\Data\Sub\b.txt)"));
+    EXPECT_EQ(machine.shell.Shortcuts().back().path, R"(C:\Users\User\Desktop\Replaced File Log.lnk)");
+}
+
 }  // namespace
 }  // namespace marlok::test
