@@ -1,9 +1,6 @@
 #include "app/CommandLine.h"
 
-#include "fileops/Errors.h"
-#include "fileops/WholeFiles.h"
-#include "text/Lines.h"
-#include "text/Text.h"
+#include "engine/CommandFile.h"
 
 namespace marlok::app {
 
@@ -33,29 +30,16 @@ bool GetCommandLine(Session& session, int maxArgs) {
     if (arguments.empty()) {
         return false;
     }
-    session.gCommandFile = session.gAppFolder.PathOf(programfile::command);
-    const SystemError code = SaveWholeFile(session.machine.files, session.gCommandFile, text::JoinLines(arguments));
-    if (code != error::success) {
-        Raise(code);
-    }
+    const CommandFile file(session.machine);
+    session.gCommandFile = file.Path();
+    file.Write(arguments);
     return true;
 }
 
 void TakeRunFlags(Session& session) {
-    std::string bytes;
-    const SystemError code = ReadWholeFile(session.machine.files, session.gCommandFile, bytes);
-    if (code != error::success) {
-        Raise(code);
-    }
-    for (const std::string_view line : text::Split(bytes, "\r\n")) {
-        if (line == "A" || line == "a") {
-            session.gAllFiles = true;
-        } else if (line == "C" || line == "c") {
-            session.gAllFiles = false;
-        } else if (line == "S" || line == "s") {
-            session.gShowMessage = true;
-        }
-    }
+    const RunLetters letters = LettersOf(CommandFile(session.machine).Read());
+    session.gAllFiles = letters.allFiles;
+    session.gShowMessage = session.gShowMessage || letters.showMessage;
 }
 
 }  // namespace marlok::app

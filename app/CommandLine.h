@@ -20,8 +20,8 @@ inline constexpr int defaultMaxArgs = 100;
 /// @throws RuntimeError when the file cannot be written.
 bool GetCommandLine(Session& session, int maxArgs = defaultMaxArgs);
 
-/// Sets the flags of the run from the lines of `gCommandFile`: "A" or "a" copies all files, "C" or "c" changed ones
-/// only, "S" or "s" shows the result; the last one of a kind counts, every other line is passed over.
+/// Sets the flags of the run from the letters in the command file: see LettersOf. Without "A" only changed files are
+/// copied.
 /// @throws RuntimeError when the file cannot be read.
 void TakeRunFlags(Session& session);
 

@@ -1,27 +1,27 @@
 #include "app/Main.h"
 
+#include <exception>
 #include <string>
 
 #include "app/CommandLine.h"
 #include "app/Form2.h"
+#include "app/ProgramEnd.h"
 #include "app/frmStartUp.h"
+#include "engine/ErrorLog.h"
+#include "engine/PendingDeletions.h"
+#include "engine/ReportBox.h"
+#include "engine/RestoreJournal.h"
 #include "engine/RunLog.h"
 #include "engine/RunReport.h"
-#include "fileops/Deleting.h"
-#include "fileops/Errors.h"
-#include "fileops/FolderFunctions.h"
-#include "fileops/txtFunctions.h"
+#include "fileops/PatientFiles.h"
 #include "platform/RuntimeError.h"
-#include "text/Lines.h"
+#include "ui/Texts.h"
 #include "ui/frmSSTab.h"
 #include "ui/run/Form6.h"
 
 namespace marlok::app {
 
 namespace {
-
-constexpr const char* infoTitle = "Marlok Info.....";
-constexpr const char* programTitle = "Marlok Backup Utility";
 
 /// What the counting of the configuration found: the first location number that holds nothing, and whether a source
 /// exists.
@@ -30,25 +30,23 @@ struct Configured {
     int sources = 0;
 };
 
+/// What could not be deleted is in the error log, and shown; where nobody watches, the run's report has it too.
 void DeletePending(Session& session) {
     Machine& machine = session.machine;
-    const std::string list = session.gAppFolder.PathOf(programfile::deleteFolder);
-    if (!FileExists(machine.files, list)) {
+    const RunReport report = CarryOutPendingDeletions(machine);
+    if (report.Lines().empty()) {
         return;
     }
-    std::string text;
-    const SystemError code = ReadText(machine.files, machine.system, list, text);
-    if (code != error::success) {
-        Raise(code);
+    const bool logged = WriteErrorLog(machine, report) == error::success;
+    if (!IsUnattended(machine)) {
+        const std::string text = ReportBoxText(machine.system, report, logged);
+        machine.desktop.ShowMessage(text, messagestyle::ok | messagestyle::information, ui::texts::infoTitle);
+        return;
     }
-    for (const std::string& path : text::SplitLines(text)) {
-        if (!path.empty()) {
-            // A folder that cannot be deleted stays: an empty folder harms nobody.
-            static_cast<void>(DeleteThisFile(machine.files, path));
-        }
+    for (const RunReport::Line& line : report.Lines()) {
+        machine.process.WriteError(line.path + ": " + ReasonOf(machine.system, line));
     }
-    // The list is read once, whatever becomes of its file.
-    static_cast<void>(DeleteThisFile(machine.files, list));
+    session.atStart = report;
 }
 
 /// Counts locations and sources. The number of a source is deliberately not set back to the first for the next
@@ -96,17 +94,27 @@ void LoadFirstWindow(Session& session, forms::Windows& windows, const Configured
     windows.Load<Form6>(session);
 }
 
-void ReportRuntimeError(Machine& machine, const RuntimeError& error) {
-    const std::string text = "Run-time error '" + std::to_string(error.Number()) + "':\r\n\r\n" + error.what();
-    if (SplitCommandLine(machine.process.Arguments()).empty()) {
-        machine.desktop.ShowMessage(text, messagestyle::stop, programTitle);
+/// What a window has still to write it writes when it is unloaded. What fails then is less than what ended the program.
+void UnloadAfterFailure(forms::Windows& windows) {
+    try {
+        windows.UnloadAll();
+    } catch (const std::exception&) {
         return;
     }
-    machine.process.WriteError(text);
-    RunReport report;
-    report.Add(programTitle, std::string(error.what()) + " (run-time error " + std::to_string(error.Number()) +
-                                 "); the run has ended");
-    WriteErrorLog(machine, report);
+}
+
+/// The program from start to end, its windows included.
+int RunWindows(Machine& machine, forms::ViewFactory* views) {
+    Session session(machine);
+    forms::Windows windows(machine.desktop, machine.clock, views);
+    try {
+        Main(session, windows);
+        windows.Run();
+    } catch (...) {
+        UnloadAfterFailure(windows);
+        throw;
+    }
+    return session.exitCode;
 }
 
 }  // namespace
@@ -114,11 +122,14 @@ void ReportRuntimeError(Machine& machine, const RuntimeError& error) {
 void Main(Session& session, forms::Windows& windows) {
     Machine& machine = session.machine;
     if (!machine.process.ClaimSingleInstance()) {
-        machine.desktop.ShowMessage("This Program Is Already Running", messagestyle::ok | messagestyle::information,
-                                    infoTitle);
+        session.exitCode = EndAsSecondInstance(machine);
+        return;
+    }
+    if (!CanWriteBeside(machine)) {
         session.exitCode = exitcode::nothingRan;
         return;
     }
+    RestoreJournal(machine).ClearKilled();
     DeletePending(session);
     ClearFlags(session);
     session.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
@@ -128,16 +139,14 @@ void Main(Session& session, forms::Windows& windows) {
 }
 
 int RunProgram(Machine& machine, forms::ViewFactory* views) {
-    Session session(machine);
-    forms::Windows windows(machine.desktop, machine.clock, views);
+    PatientFiles files(machine.files, machine.clock);
+    Machine patient{machine.registry, files,           machine.drives, machine.shell,  machine.desktop,
+                    machine.clock,    machine.process, machine.system, machine.browser};
     try {
-        Main(session, windows);
-        windows.Run();
-    } catch (const RuntimeError& error) {
-        ReportRuntimeError(machine, error);
-        return exitcode::nothingRan;
+        return RunWindows(patient, views);
+    } catch (...) {
+        return EndByException(machine);
     }
-    return session.exitCode;
 }
 
 }  // namespace marlok::app

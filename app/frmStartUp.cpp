@@ -1,6 +1,7 @@
 #include "app/frmStartUp.h"
 
 #include "app/CommandLine.h"
+#include "engine/LogDate.h"
 #include "engine/RunLog.h"
 #include "fileops/WholeFiles.h"
 #include "forms/Area.h"
@@ -58,6 +59,9 @@ void frmStartUp::Timer1_Timer() {
     session_.gAppFolder = ProgramFolder(session_.machine.process.ProgramFolder());
     if (GetCommandLine(session_)) {
         session_.exitCode = exitcode::nothingRan;
+        session_.machine.process.WriteError(
+            "No backup location, or no files to back up, are chosen yet: start the program without arguments, and "
+            "choose them.");
         Timer2.Start();
         return;
     }

@@ -5,11 +5,13 @@
 #include <charconv>
 #include <cstdio>
 
-#include "engine/RunLog.h"
+#include "engine/ErrorLog.h"
+#include "engine/LogDate.h"
 #include "fileops/WholeFiles.h"
 #include "fileops/txtFunctions.h"
 #include "paths/ProgramFiles.h"
 #include "text/Lines.h"
+#include "text/Surrogates.h"
 #include "text/Text.h"
 
 namespace marlok {
@@ -60,13 +62,13 @@ void AddLines(std::vector<std::string>& lines, const std::string& heading, const
     }
 }
 
-std::vector<std::string> Reasons(SystemInfo& system, const std::vector<RunReport::Line>& from) {
-    std::vector<std::string> reasons;
-    reasons.reserve(from.size());
-    for (const RunReport::Line& line : from) {
-        reasons.push_back(line.path + ": " + ReasonOf(system, line));
+std::vector<std::string> NotesOf(const RunReport& report) {
+    std::vector<std::string> notes;
+    notes.reserve(report.Notes().size());
+    for (const RunReport::Line& line : report.Notes()) {
+        notes.push_back(line.path + ": " + line.reason);
     }
-    return reasons;
+    return notes;
 }
 
 }  // namespace
@@ -106,7 +108,7 @@ SystemError ReadHistory(Machine& machine, std::vector<HistoryLine>& history) {
     const ProgramFolder folder(machine.process.ProgramFolder());
     std::string text;
     const SystemError code = ReadText(machine.files, machine.system, folder.PathOf(programfile::history), text);
-    for (const std::string& line : text::SplitLines(text)) {
+    for (const std::string& line : text::SplitLines(text::UnescapeSurrogates(text))) {
         if (auto parsed = ParseHistoryLine(line)) {
             history.push_back(std::move(*parsed));
         }
@@ -114,7 +116,7 @@ SystemError ReadHistory(Machine& machine, std::vector<HistoryLine>& history) {
     return IsMissing(code) ? error::success : code;
 }
 
-std::string BackupReportText(SystemInfo& system, const std::vector<Location>& locations, const RunReport& report,
+std::string BackupReportText(SystemInfo& system, AbsentDrives& drives, const RunReport& report,
                              const std::vector<HistoryLine>& history) {
     std::vector<std::string> lines{
         "Backup of " + FormatLogDate(report.start) + " At " + FormatLogTime(report.start),
@@ -131,12 +133,12 @@ std::string BackupReportText(SystemInfo& system, const std::vector<Location>& lo
         run.push_back(outcome.location + (outcome.well ? ": all is saved" : ": something is not saved"));
     }
     AddLines(lines, "Locations that were run:", run);
-    AddLines(lines, "Failures:", Reasons(system, report.Lines()));
-    AddLines(lines, "Notes:", Reasons(system, report.Notes()));
+    AddLines(lines, "Failures:", ErrorLogLines(system, drives, report));
+    AddLines(lines, "Notes:", NotesOf(report));
     AddLines(lines, "Different, but not copied (older than the saved copy, or of the same time):", report.different);
     std::vector<std::string> known;
-    known.reserve(locations.size());
-    for (const Location& location : locations) {
+    known.reserve(report.configured.size());
+    for (const Location& location : report.configured) {
         known.push_back(location.Path() + ": last went well " + LastTime(history, location, true) + ", last failed " +
                         LastTime(history, location, false));
     }
@@ -144,10 +146,10 @@ std::string BackupReportText(SystemInfo& system, const std::vector<Location>& lo
     return text::JoinLines(lines);
 }
 
-void WriteBackupReport(Machine& machine, const std::vector<Location>& locations, RunReport& report) {
+void WriteBackupReport(Machine& machine, AbsentDrives& drives, RunReport& report) {
     const ProgramFolder folder(machine.process.ProgramFolder());
     const auto save = [&](const char* name, const std::string& text) {
-        const SystemError code = SaveWholeFile(machine.files, folder.PathOf(name), text);
+        const SystemError code = SaveWholeFile(machine.files, folder.PathOf(name), text::EscapeSurrogates(text));
         if (code != error::success) {
             report.Add(folder.PathOf(name), code);
         }
@@ -168,7 +170,7 @@ void WriteBackupReport(Machine& machine, const std::vector<Location>& locations,
     } else {
         report.Add(folder.PathOf(programfile::history), read);  // written anew it would be lost
     }
-    save(programfile::report, BackupReportText(machine.system, locations, report, history));
+    save(programfile::report, BackupReportText(machine.system, drives, report, history));
 }
 
 }  // namespace marlok

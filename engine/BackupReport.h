@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/AbsentDrives.h"
 #include "engine/RunReport.h"
-#include "paths/Location.h"
 #include "platform/Machine.h"
 
 /// What every run leaves for its user: a report of that run, and a line in the history of all.
@@ -35,12 +35,13 @@ inline constexpr std::size_t runsKept = 400;
 /// returns why it could not be read.
 [[nodiscard]] SystemError ReadHistory(Machine& machine, std::vector<HistoryLine>& history);
 
-/// The text of "Backup Report.txt". `locations` are those configured: for each it says when a run of it last went well,
-/// and when one last failed, by `history`.
-[[nodiscard]] std::string BackupReportText(SystemInfo& system, const std::vector<Location>& locations,
-                                           const RunReport& report, const std::vector<HistoryLine>& history);
+/// The text of "Backup Report.txt". For each configured location it says when a run of it last went well, and when one
+/// last failed, by `history`. Failures are worded as in the error log.
+[[nodiscard]] std::string BackupReportText(SystemInfo& system, AbsentDrives& drives, const RunReport& report,
+                                           const std::vector<HistoryLine>& history);
 
-/// Writes both files beside the program. What cannot be written becomes a line of the report.
-void WriteBackupReport(Machine& machine, const std::vector<Location>& locations, RunReport& report);
+/// Writes both files beside the program, when all else that may fail has been done. What cannot be written becomes a
+/// line of the report.
+void WriteBackupReport(Machine& machine, AbsentDrives& drives, RunReport& report);
 
 }  // namespace marlok

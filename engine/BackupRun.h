@@ -21,12 +21,11 @@ class BackupRun {
     BackupRun& operator=(const BackupRun&) = delete;
     ~BackupRun();
 
-    /// Runs each location (see LocationRun), and writes "Backup Report.txt" and the line of "Backup History.txt". Call
-    /// it once.
+    /// Runs each location (see LocationRun). Call it once. What a run leaves for its user is written by FinishRun.
     [[nodiscard]] RunReport Run();
 
  private:
-    void BackupLocation(const Location& location);
+    [[nodiscard]] bool BackupLocation(const Location& location);
 
     Machine& machine_;
     BackupSettings settings_;

@@ -60,15 +60,15 @@ LocationRun::LocationRun(const RunTools& tools, const Location& location)
       location_(location),
       journal_(tools.machine, location) {}
 
-void LocationRun::Run(const std::vector<std::string>& sources) {
+bool LocationRun::Run(const std::vector<std::string>& sources) {
     tools_.places.EnterLocation(location_);
     if (!Open()) {
-        return;
+        return true;
     }
     ListKilledRun();
     if (!PrepareFolder()) {
         static_cast<void>(ListOriginals({}));  // every location that is run has a list; what hinders that is reported
-        return;
+        return true;
     }
     if (sources.empty()) {
         report_.Add(location_.Path(), noSources);
@@ -86,6 +86,7 @@ void LocationRun::Run(const std::vector<std::string>& sources) {
         tools_.sink.Status("Copying " + location_.Name() + " Files");
     }
     CopySources(map);
+    return !stopped_;
 }
 
 /// False when another run is at work in the location.
@@ -278,7 +279,8 @@ void LocationRun::CopySources(const SourceMap& map) {
         loop.BackupSource(source);
     }
     ReportUnlisted();
-    everything_ = everything_ && report_.failed == failed && complete_ && tools_.sink.GoOn();
+    stopped_ = !tools_.sink.GoOn();  // from here on it makes no difference
+    everything_ = everything_ && report_.failed == failed && complete_ && !stopped_;
     Finish(ListOriginals(copier.TakeOriginals()));
 }
 
@@ -313,7 +315,11 @@ void LocationRun::Finish(bool listed) {
 bool LocationRun::ListOriginals(const std::vector<std::string>& originals) {
     OriginalPathList list(tools_.machine, location_);
     const SystemError code = list.Add(originals);
-    if (code != error::success) {
+    // After a killed run it is written twice; what stands against the first writing most likely does against the
+    // second.
+    const bool reported = std::ranges::any_of(
+        report_.Lines(), [&](const RunReport::Line& line) { return line.path == list.Path() && line.code == code; });
+    if (code != error::success && !reported) {
         report_.Add(list.Path(), code);
     }
     return code == error::success;

@@ -20,8 +20,9 @@ class LocationRun {
     LocationRun(const RunTools& tools, const Location& location);
 
     /// `sources` are those of the location, as configured. What goes wrong is reported.
+    /// Returns false when the sink has ended the run before its end.
     /// @throws RuntimeError for what keeps the location from being run at all.
-    void Run(const std::vector<std::string>& sources);
+    [[nodiscard]] bool Run(const std::vector<std::string>& sources);
 
  private:
     [[nodiscard]] bool Open();
@@ -51,6 +52,7 @@ class LocationRun {
     bool listLost_ = false;    ///< there is no list of original paths
     bool existed_ = false;     ///< the location was there before the run
     bool everything_ = false;  ///< all that is saved was copied anew
+    bool stopped_ = false;     ///< the sink has ended the run
 };
 
 }  // namespace marlok

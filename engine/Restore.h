@@ -4,16 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "engine/RestoreJournal.h"
 #include "engine/RunReport.h"
 #include "paths/Location.h"
 #include "platform/Machine.h"
 
 namespace marlok {
-
-/// Copies a saved file back to where it came from; missing folders on the way are made. What is there stays whole until
-/// its replacement is complete: the copy is written beside it and takes its name at the end. Returns "" for success,
-/// else why the original was not replaced, as a sentence for the user.
-[[nodiscard]] std::string RestoreFile(Machine& machine, const std::string& saved, const std::string& original);
 
 /// What a replacement run tells while it goes on. The defaults do nothing.
 class RestoreSink {
@@ -29,8 +25,44 @@ class RestoreSink {
     /// An original is about to be replaced.
     virtual void ReplaceBegins(const std::string& /*original*/) {}
 
-    /// Now windows can be painted.
+    /// Something has been done that takes a while when it is done often, or a part of something long: now windows can
+    /// be painted. Called more often than that needs.
     virtual void Breathe() {}
+
+    /// False to end the run: before the next file, or in the middle of one, whose original then stays as it is.
+    [[nodiscard]] virtual bool GoOn() { return true; }
+};
+
+/// Copies saved files back to where they came from. What is there stays whole until its replacement is complete: the
+/// copy is written beside it and takes its place at the end. Who may read and change the original stays as it is, where
+/// the file system can exchange two files and keep that.
+///
+/// What a process that dies leaves beside an original is put in order when the next object of this class is made.
+class Restorer {
+ public:
+    /// Both outlive this object.
+    Restorer(Machine& machine, RestoreSink& sink);
+    Restorer(const Restorer&) = delete;
+    Restorer& operator=(const Restorer&) = delete;
+    ~Restorer() = default;
+
+    /// Copies one file back; missing folders on the way are made. Returns "" for success, else why the original was not
+    /// replaced, as a sentence for the user.
+    [[nodiscard]] std::string Restore(const std::string& saved, const std::string& original);
+
+    /// All files are copied back. Without this call the next object, or the next start, does the same.
+    void Finish() { journal_.Finish(); }
+
+ private:
+    [[nodiscard]] SystemError CopyBeside(const std::string& saved, const std::string& part);
+    [[nodiscard]] SystemError PutInPlace(const std::string& part, const Replacement& replacement, bool entered);
+    [[nodiscard]] SystemError Exchange(const std::string& part, const Replacement& replacement);
+    void RemoveOld(const Replacement& replacement);
+    [[nodiscard]] std::string Failure(SystemError code, const Replacement& replacement) const;
+
+    Machine& machine_;
+    RestoreSink& sink_;
+    RestoreJournal journal_;
 };
 
 /// What became of a replacement run.
@@ -49,7 +81,8 @@ struct RestoreResult {
 };
 
 /// Copies saved files of a location back over their originals, which are looked up in the location's list of original
-/// paths. Fails with why that list could not be read; nothing has been replaced then.
+/// paths. Fails with why that list could not be read, or that there is none for several files; nothing has been
+/// replaced then. A run that `sink` ends reports how many files were not put back.
 /// @throws RuntimeError 6 when more than 32,767 files are not listed, or not located.
 [[nodiscard]] SystemError RestoreFiles(Machine& machine, const Location& location,
                                        const std::vector<std::string>& saved, RestoreSink& sink, RestoreResult& result);

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "engine/RunReport.h"
-#include "platform/Clock.h"
 #include "platform/Machine.h"
 
 /// The log that every run ends with, and the desktop shortcut to it.
@@ -25,17 +24,12 @@ struct LogForm {
     const char* file;         ///< of the log, beside the program
     const char* shortcut;     ///< file name of the shortcut, without its extension
     const char* description;  ///< of the shortcut
-    bool clearsErrorLog;  ///< a run without failures removes the error log; else it tells what is not saved, and stays
+    const char* again;        ///< what to do once a drive that was missing is there: see AbsentDrives
+    bool isBackup;            ///< it has a report and a history, and without failures it removes the error log
 };
 extern const LogForm interactiveLog;  ///< a run that a person watches
 extern const LogForm unattendedLog;
 extern const LogForm replacementLog;  ///< saved files copied back over their originals
-
-/// "Sunday, Nov 15 2026": English names whatever the user's language.
-[[nodiscard]] std::string FormatLogDate(const LocalTime& time);
-
-/// "05:12 PM".
-[[nodiscard]] std::string FormatLogTime(const LocalTime& time);
 
 /// The text of a log: `header`, and when `lines` holds any, an empty line and its items up to the first that is "" or
 /// "0". Every line ends in a carriage return and a line feed.
@@ -44,12 +38,17 @@ extern const LogForm replacementLog;  ///< saved files copied back over their or
 /// Puts a shortcut to the log on the desktop, replacing an older one.
 [[nodiscard]] SystemError MakeDesktopShortcut(Machine& machine, const LogForm& form);
 
-/// Writes the report's error log beside the program, one line for each line of the report; removes the file when there
-/// is none. When it cannot be written, standard error receives the lines.
+/// Makes the lines of the report the error log: see ErrorLog.
 SystemError WriteErrorLog(Machine& machine, const RunReport& report);
 
-/// Ends a run: writes its log with the paths in `report.written`, the shortcut to the log, and the error log. What
-/// could not be written becomes a line of the report. Returns the exit code.
-int FinishRun(Machine& machine, const LogForm& form, RunReport& report);
+/// Ends a run: writes its log with the paths in `report.written`, the shortcut to the log, for a backup its report and
+/// the line of the history, and last the error log, which keeps `notes` behind the lines of the report. What could not
+/// be written becomes a line of the report; so each of these files knows what failed before it, and the error log all.
+/// Returns the exit code, which notes do not change.
+int FinishRun(Machine& machine, const LogForm& form, RunReport& report, const std::vector<std::string>& notes = {});
+
+/// Why the error log of a run that FinishRun has ended could not be written, as a sentence for the user; "" when it
+/// could, or needed not.
+[[nodiscard]] std::string WhyNoErrorLog(SystemInfo& system, const RunReport& report);
 
 }  // namespace marlok

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "paths/Location.h"
 #include "platform/Clock.h"
 #include "platform/SystemError.h"
 #include "platform/SystemInfo.h"
@@ -34,6 +35,9 @@ class RunReport {
         bool well = true;
     };
     std::vector<Outcome> outcomes;
+
+    /// All backup locations when the run began, run or not.
+    std::vector<Location> configured;
 
     /// Something that could not be done: a path and the reason. Files are counted apart from this.
     struct Line {
@@ -70,8 +74,5 @@ inline constexpr const char* anotherRunAtWork =
 
 /// The reason of a line, as a sentence for the user.
 [[nodiscard]] std::string ReasonOf(SystemInfo& system, const RunReport::Line& line);
-
-/// The lines of a report as the error log has them: path, colon, reason.
-[[nodiscard]] std::string ErrorLogText(SystemInfo& system, const RunReport& report);
 
 }  // namespace marlok

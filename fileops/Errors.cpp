@@ -27,6 +27,8 @@ std::string OwnSentence(SystemError code) {
             return "the disk is full";
         case error::invalidName:
             return "the name is not valid on this disk";
+        case error::invalidData:
+            return "the data in it is not valid";
         case error::nameTooLong:
             return "the path is too long for this disk";
         default:
@@ -55,6 +57,14 @@ void Raise(SystemError code) {
             throw RuntimeError(runtimeerror::pathNotFound, "Path not found");
         default:
             throw RuntimeError(runtimeerror::pathFileAccess, "Path/File access error");
+    }
+}
+
+void Raise(SystemInfo& system, SystemError code, const std::string& path) {
+    try {
+        Raise(code);
+    } catch (const RuntimeError& error) {
+        throw RuntimeError(error.Number(), std::string(error.what()) + ": " + path + ": " + Describe(system, code));
     }
 }
 

@@ -25,6 +25,17 @@ SystemError WriteNew(FileSystem& files, const std::string& path, std::string_vie
     return code != error::success ? code : closed;
 }
 
+/// Windows refuses to replace a file in use with the same code as one that the user may not change: asks which it is.
+SystemError WhyRefused(FileSystem& files, const std::string& path) {
+    DirectoryEntry entry;
+    std::unique_ptr<File> file;
+    if (files.GetEntry(path, entry) != error::success || entry.IsFolder()) {
+        return error::accessDenied;
+    }
+    const SystemError code = files.Open(path, OpenMode::append, file);
+    return code == error::success ? error::accessDenied : code;
+}
+
 /// Where a file is written before it takes the place of `path`.
 std::string NeighbourOf(const std::string& path) {
     return Join(FolderOf(path), workingfile::newText);
@@ -60,6 +71,7 @@ SystemError SaveWholeFile(FileSystem& files, const std::string& path, std::strin
     SystemError code = WriteNew(files, neighbour, bytes);
     if (code == error::success) {
         code = ForceReplace(files, neighbour, path);
+        code = code == error::accessDenied ? WhyRefused(files, path) : code;
     }
     if (code != error::success) {
         // What is reported is why the file could not be saved; a neighbour that stays is replaced by the next save.

@@ -64,6 +64,12 @@ void Form::Refresh() {
     }
 }
 
+void Form::UserClosed() {
+    if (MayClose()) {
+        Unload();
+    }
+}
+
 void Form::Unload() {
     windows_.Remove(*this);
 }

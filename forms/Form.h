@@ -80,6 +80,12 @@ class Form {
     /// Takes the window out of the program. The object itself lives until the running handler has returned.
     void Unload();
 
+    /// False while the user cannot close the window: what it shows is still to be finished.
+    [[nodiscard]] virtual bool MayClose() const { return true; }
+
+    /// For the view: the user has asked the window to close. It is unloaded when it may close.
+    void UserClosed();
+
     /// The user changed the window's size: lays the controls out anew. Called by the view and before the first show.
     virtual void Form_Resize() {}
 

@@ -23,6 +23,13 @@ inline constexpr std::string_view part = "~Marlok Backup.part";
 /// A text file of ours that is being written, beside the file it will replace.
 inline constexpr std::string_view newText = "~Marlok Backup.new";
 
+/// An original that is being replaced by a saved copy, beside its successor, until that is in its place. A number
+/// follows where a file of that name is there already.
+inline constexpr std::string_view old = "~Marlok Backup.old";
+
+/// Journal of the originals that are being replaced, beside the program.
+inline constexpr std::string_view put = "~Marlok Backup.put";
+
 /// True for the name (without folder) of a working file, in any letter case.
 [[nodiscard]] bool IsWorkingFile(std::string_view name);
 

@@ -8,6 +8,8 @@ namespace marlok {
 /// Numbers of run-time errors.
 namespace runtimeerror {
 inline constexpr int overflow = 6;
+inline constexpr int outOfMemory = 7;
+inline constexpr int internalError = 51;
 inline constexpr int fileNotFound = 53;
 inline constexpr int fileAlreadyExists = 58;
 inline constexpr int diskFull = 61;

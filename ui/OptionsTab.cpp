@@ -2,12 +2,10 @@
 
 #include <algorithm>
 
-#include "fileops/Errors.h"
-#include "fileops/WholeFiles.h"
+#include "engine/CommandFile.h"
 #include "forms/Measures.h"
 #include "forms/Windows.h"
 #include "paths/Path.h"
-#include "text/Lines.h"
 #include "ui/frmSSTab.h"
 #include "ui/run/Form1.h"
 #include "ui/run/Form5.h"
@@ -153,11 +151,13 @@ void OptionsTab::SelectOrRun() {
         return;
     }
     const int line = window_.List1.ListIndex();
-    if (line < firstLocationLine || IsEndMark(window_.List1.List(line))) {
+    // The line clicked last may be no longer selected, and a run without a location would be one of all of them.
+    if (line < firstLocationLine || IsEndMark(window_.List1.List(line)) || SelectedLocations().empty()) {
         Tell("You Must Select a Backup Location");
         return;
     }
     window_.List2.Clear();
+    TakeOptions();
     if (window_.Check1.Value == CheckBox::State::checked) {
         RunInBackground();
     } else {
@@ -175,26 +175,48 @@ std::vector<std::string> OptionsTab::SelectedLines() const {
     return lines;
 }
 
+/// The locations among the selected lines: neither the heading nor an empty line.
+std::vector<Location> OptionsTab::SelectedLocations() const {
+    std::vector<Location> locations;
+    for (int line = firstLocationLine; line < window_.List1.ListCount(); ++line) {
+        if (window_.List1.Selected(line) && !IsEndMark(window_.List1.List(line))) {
+            locations.emplace_back(window_.List1.List(line));
+        }
+    }
+    return locations;
+}
+
+/// How the run is to be, as the boxes stand now: a run of all files empties the locations, which must not be left over
+/// from a run before.
+void OptionsTab::TakeOptions() {
+    session_.gAllFiles = window_.Check2.Value == CheckBox::State::checked;
+    if (window_.Check3.Value == CheckBox::State::checked) {
+        session_.gShowMessage = true;
+    }
+}
+
 void OptionsTab::RunInBackground() {
     WriteCommandFile();
+    if (window_.Check3.Value == CheckBox::State::checked) {
+        session_.gShowMessageBackground = true;
+    }
     window_.Label10.Caption = "Backing up in the background, please wait.";
     window_.Refresh();
-    window_.Collection().Load<Form6>(session_);
+    forms::Windows& windows = window_.Collection();
+    if (auto* former = windows.Find<Form6>()) {
+        former->RunAgain(SelectedLocations());
+    } else {
+        windows.Load<Form6>(session_, SelectedLocations());
+    }
     ShowNextStep();
 }
 
-void OptionsTab::WriteCommandFile() {
+void OptionsTab::WriteCommandFile() const {
     std::vector<std::string> lines;
     if (window_.Check2.Value == CheckBox::State::checked) {
-        session_.gAllFiles = true;
         lines.emplace_back("A");
     } else if (window_.Check2.Value == CheckBox::State::unchecked) {
-        session_.gAllFiles = false;
         lines.emplace_back("C");
-    }
-    if (window_.Check3.Value == CheckBox::State::checked) {
-        session_.gShowMessage = true;
-        session_.gShowMessageBackground = true;
     }
     for (const std::string& line : SelectedLines()) {
         if (!line.empty()) {
@@ -202,20 +224,10 @@ void OptionsTab::WriteCommandFile() {
         }
     }
     lines.emplace_back("S");
-    const SystemError code =
-        SaveWholeFile(session_.machine.files, session_.gAppFolder.PathOf(programfile::command), text::JoinLines(lines));
-    if (code != error::success) {
-        Raise(code);
-    }
+    CommandFile(session_.machine).Write(lines);
 }
 
 void OptionsTab::RunInteractive() {
-    if (window_.Check2.Value == CheckBox::State::checked) {
-        session_.gAllFiles = true;
-    }
-    if (window_.Check3.Value == CheckBox::State::checked) {
-        session_.gShowMessage = true;
-    }
     if (auto* former = window_.Collection().Find<Form5>()) {
         former->Unload();  // that of a run before: a new run has a mode text of its own
     }
@@ -225,15 +237,10 @@ void OptionsTab::RunInteractive() {
 
 void OptionsTab::StartRun() {
     window_.Timer3.Stop();
-    std::vector<Location> locations;
-    bool ended = false;
     for (const std::string& line : SelectedLines()) {
         window_.List2.AddItem(line);
-        ended = ended || IsEndMark(line);
-        if (!ended) {
-            locations.emplace_back(line);
-        }
     }
+    std::vector<Location> locations = SelectedLocations();
     forms::Windows& windows = window_.Collection();
     if (auto* former = windows.Find<Form1>()) {
         former->RunAgain(std::move(locations));

@@ -38,9 +38,11 @@ class OptionsTab : private Tab {
 
  private:
     [[nodiscard]] std::vector<std::string> SelectedLines() const;
+    [[nodiscard]] std::vector<Location> SelectedLocations() const;
+    void TakeOptions();
     void RunInBackground();
     void RunInteractive();
-    void WriteCommandFile();
+    void WriteCommandFile() const;
 };
 
 }  // namespace marlok::ui

@@ -22,7 +22,8 @@ constexpr int leastHeight = 3600;
 frmReplace::frmReplace(forms::Windows& windows, Machine& machine, std::function<void()> whenClosed)
     : Form(windows, "frmReplace", "Marlok Backup Utility File Replacement Program"),
       machine_(machine),
-      whenClosed_(std::move(whenClosed)) {
+      whenClosed_(std::move(whenClosed)),
+      breathe_(machine) {
     List1.Visible = false;
     Label4.Visible = false;
     Label3.Alignment = forms::Label::Align::centre;
@@ -45,25 +46,36 @@ void frmReplace::Form_Load() {
 void frmReplace::Form_Resize() {
     constexpr int lineHeight = forms::measure::lineHeight;
     Label3.MoveTo(0, (Height() - lineHeight) / 2, Width(), lineHeight);
-    LayOutResult(*this, {Label2, Label1, List2, &Label4, Command1});
+    LayOutResult(*this, {Label2, Label1, List2, Label4, Command1});
 }
 
 void frmReplace::Run(const Location& location, const std::vector<std::string>& saved) {
     Show();
     Refresh();
+    toBeRecorded_ = true;
+    hold_.emplace(machine_, "Files are being put back.");
     const SystemError code = RestoreFiles(machine_, location, saved, *this, result_);
     if (code != error::success) {
         const OriginalPathList list(machine_, location);
-        Tell(list.Path() + "\r\n\r\n Could Not Be Read\r\n\r\n" + Describe(machine_.system, code));
+        Tell(list.Path() + "\r\n\r\n Could Not Be Read\r\n\r\n" + Describe(machine_.system, code) +
+             ". No file was replaced.");
     } else if (!result_.nothingToLog) {
-        if (result_.Exceptions() > 0) {
-            Tell("All Selected Files, With The Exception of " + std::to_string(result_.Exceptions()) +
-                 " Files, Copied");
-        }
-        Timer1.Start();
+        EndRun();
         return;
     }
+    toBeRecorded_ = false;
     Unload();
+}
+
+void frmReplace::EndRun() {
+    if (!GoOn()) {
+        WriteReplacedLog();  // the session ends: there may be no later
+    } else if (result_.Exceptions() > 0) {
+        Tell("All Selected Files, With The Exception of " + std::to_string(result_.Exceptions()) + " Files, Copied");
+    }
+    Timer1.Start();
+    // A click or a key of the time when nothing could answer it is not meant for what the window shows next.
+    machine_.desktop.DiscardInput();
 }
 
 void frmReplace::NotListed(const std::string& saved) {
@@ -78,40 +90,47 @@ void frmReplace::ReplaceBegins(const std::string& original) {
     List2.AddItem(original);
 }
 
-void frmReplace::Breathe() {
-    machine_.desktop.PaintPending();
-}
-
 void frmReplace::Tell(const std::string& text) {
     Hide();
+    machine_.desktop.DiscardInput();
     machine_.desktop.ShowMessage(text, messagestyle::ok | messagestyle::information, texts::infoTitle);
     Show();
 }
 
 void frmReplace::Timer1_Timer() {
     Timer1.Stop();
-    WriteReplacedLog();
+    if (toBeRecorded_) {
+        WriteReplacedLog();
+    }
     Hide();
     for (forms::Control* finished : std::initializer_list<forms::Control*>{&Command1, &List2, &Label1, &Label2}) {
         finished->Visible = true;
     }
     Label3.Visible = false;
-    ShowFailures(Label4, result_.report, replacementFailures);
+    ShowFailures(Label4, machine_, result_.report, replacementFailures);
+    Form_Resize();  // the failures may need more room
     Show();
     Refresh();
 }
 
 void frmReplace::WriteReplacedLog() {
     machine_.desktop.ShowHourglass(true);
+    toBeRecorded_ = false;
     result_.report.written = List2.Items();
     // The exit code is the backup's: what could not be replaced is shown here, to the person who asked for it.
     static_cast<void>(FinishRun(machine_, replacementLog, result_.report));
     machine_.desktop.ShowHourglass(false);
     Label1.Caption = std::to_string(List2.ListCount()) + " Files Were Replaced";
     Label2.Caption = "File Replacement Completed";
+    hold_.reset();
 }
 
 void frmReplace::Form_Unload() {
+    // The end of the program unloads every window, whatever it has still to do.
+    if (toBeRecorded_) {
+        WriteReplacedLog();
+    }
+    hold_.reset();
     if (whenClosed_) {
         whenClosed_();
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,8 @@
 #include "forms/Form.h"
 #include "paths/Location.h"
 #include "platform/Machine.h"
+#include "ui/run/Breather.h"
+#include "ui/run/SessionHold.h"
 
 namespace marlok::ui {
 
@@ -19,6 +22,9 @@ class frmReplace : public forms::Form, private RestoreSink {
  public:
     /// `whenClosed` is called when the window has been unloaded.
     frmReplace(forms::Windows& windows, Machine& machine, std::function<void()> whenClosed);
+
+    /// Not before the log of a replacement is written.
+    [[nodiscard]] bool MayClose() const override { return !toBeRecorded_; }
 
     /// Shows itself and replaces the originals of these saved files of the location. At the end Timer1 runs, or the
     /// window is unloaded: when the only file could not be replaced, and when the list of original paths could not be
@@ -51,14 +57,20 @@ class frmReplace : public forms::Form, private RestoreSink {
     void NotListed(const std::string& saved) override;
     void NotLocated(const std::string& saved) override;
     void ReplaceBegins(const std::string& original) override;
-    void Breathe() override;
+    void Breathe() override { breathe_(); }
+    [[nodiscard]] bool GoOn() override { return !hold_ || hold_->GoOn(); }
 
-    /// Shows a message box in place of this window.
+    void EndRun();
+
+    /// Shows a message box in place of this window. What was clicked and typed before it was there does not answer it.
     void Tell(const std::string& text);
 
     Machine& machine_;
     std::function<void()> whenClosed_;
     RestoreResult result_;
+    Breather breathe_;
+    std::optional<SessionHold> hold_;  ///< while files are being replaced
+    bool toBeRecorded_ = false;        ///< files were replaced, and the log does not say so yet
 };
 
 }  // namespace marlok::ui

@@ -214,7 +214,8 @@ void frmSSTab::Command10_Click() {
 
 void frmSSTab::Timer1_Timer() {
     Timer1.Stop();
-    if (auto* replaced = Collection().Find<frmReplace>()) {
+    auto* replaced = Collection().Find<frmReplace>();
+    if (replaced != nullptr && replaced->MayClose()) {
         replaced->Unload();
     }
     if (auto* progress = Collection().Find<Form5>()) {

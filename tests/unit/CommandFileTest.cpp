@@ -1,4 +1,5 @@
 #include "app/CommandLine.h"
+#include "engine/CommandFile.h"
 #include "platform/RuntimeError.h"
 #include "tests/unit/ProgramFixture.h"
 
@@ -138,6 +139,13 @@ TEST_F(CommandFileTest, AMissingFileIsARunTimeError) {
     } catch (const RuntimeError& error) {
         EXPECT_EQ(error.Number(), runtimeerror::fileNotFound);
     }
+}
+
+TEST(ChooseLocationsTest, ALetterBehindTheLocationsHasHadItsEffect) {
+    const std::vector<Location> configured = LocationsAt({R"(E:\Week)"});
+    EXPECT_THAT(ChooseLocations({"Week", "C"}, configured).withoutEffect, testing::IsEmpty());
+    EXPECT_THAT(ChooseLocations({"C"}, configured).withoutEffect, testing::ElementsAre("C")) << "nothing is run";
+    EXPECT_THAT(ChooseLocations({"Week", "Weak"}, configured).withoutEffect, testing::ElementsAre("Weak"));
 }
 
 }  // namespace

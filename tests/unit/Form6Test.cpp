@@ -7,6 +7,7 @@
 namespace marlok::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -98,6 +99,149 @@ TEST_F(Form6Test, AnUnreadableCommandFileIsARunTimeErrorAndNothingIsSaved) {
         EXPECT_EQ(error.Number(), runtimeerror::permissionDenied);
     }
     EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+    EXPECT_EQ(machine.Read(Beside("Command.txt")), "C\r\n");
+}
+
+TEST_F(Form6Test, ACommandFileInUseIsNamedAndStaysAsItIs) {
+    machine.Seed({{Beside("Command.txt"), "A\r\nOld\r\n"}});
+    machine.Lock(Beside("Command.txt"));
+    EXPECT_EQ(RunUnattended(machine, "C Save"), exitcode::nothingRan);
+    const std::string reason = Beside("Command.txt") + ": the file is in use by another program (error 32)";
+    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(HasSubstr(reason)));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(HasSubstr(reason)));
+    EXPECT_EQ(machine.Read(Beside("Command.txt")), "A\r\nOld\r\n");
+    EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+}
+
+TEST_F(Form6Test, FailuresAreShownWithTheResult) {
+    machine.Lock(R"(C:\Data\a.doc)");
+    const Form6& window = Show("C S");
+    EXPECT_TRUE(window.Label4.Visible);
+    EXPECT_EQ(window.Label4.Caption.Get(), R"(1 Failure, See "Backup Error Log.txt" In The Program's Folder)");
+    EXPECT_EQ(window.Label4.ForeColor.Get(), forms::Rgb(192, 0, 0));
+    EXPECT_EQ(window.Label1.Caption.Get(), "1 Files Copied");
+}
+
+TEST_F(Form6Test, AnUnattendedRunEndsByItselfWhateverHasFailed) {
+    machine.Lock(R"(C:\Data\a.doc)");
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
+}
+
+TEST_F(Form6Test, AnErrorLogThatCannotBeWrittenIsSaidInTheWindowWithItsFirstLines) {
+    for (int i = 0; i < 7; ++i) {
+        const std::string held = R"(C:\Data\held)" + std::to_string(i) + ".doc";
+        machine.Seed({held, "held"});
+        machine.Lock(held);
+    }
+    machine.Seed({{Beside("Backup Error Log.txt"), "old"}});
+    machine.Lock(Beside("Backup Error Log.txt"));
+    const Form6& window = Show("C S");
+    const Lines lines = LinesOf(window.Label4.Caption.Get());
+    ASSERT_EQ(lines.size(), 7U);
+    EXPECT_EQ(lines[0],
+              "7 Failures. \"Backup Error Log.txt\" Could Not Be Written: the file is in use by another "
+              "program (error 32)");
+    EXPECT_THAT(lines[1], Failed(R"(C:\Data\held0.doc)", error::sharingViolation));
+    EXPECT_THAT(lines[5], Reported(R"(C:\Data\held4.doc)"));
+    EXPECT_EQ(lines[6], "and 2 more");
+    EXPECT_GE(window.Label4.Height, 7 * 200) << "there is room for all of them";
+    EXPECT_LE(window.List2.Top + window.List2.Height, window.Label4.Top);
+}
+
+TEST_F(Form6Test, AnErrorLogThatCannotBeWrittenIsSaidOnStandardErrorWhenNothingIsShown) {
+    machine.Lock(R"(C:\Data\a.doc)");
+    machine.Seed({{Beside("Backup Error Log.txt"), "old"}});
+    machine.Lock(Beside("Backup Error Log.txt"));
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
+    EXPECT_THAT(machine.process.ErrorLines(),
+                ElementsAre(Failed(Beside("Backup Error Log.txt"), error::sharingViolation),
+                            HasSubstr(R"(C:\Data\a.doc: the file is in use)")));
+}
+
+TEST_F(Form6Test, ALogOutstandingIsWrittenWhenTheProgramIsEnded) {
+    Load("C\r\n");
+    EXPECT_THAT(RunLog(machine), IsEmpty());
+    program().windows.UnloadAll();
+    EXPECT_EQ(RunLog(machine).size(), 4U);
+    EXPECT_EQ(program().session.exitCode, exitcode::allDone);
+}
+
+TEST_F(Form6Test, AnAbsentDriveIsNamedWithWhatToDo) {
+    Configure(machine, {{R"(N:\Save)", {R"(C:\Data)"}}});
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
+    EXPECT_THAT(ErrorLog(machine), testing::Contains(R"(N:\Save: Drive N: is not connected. Connect it, then run the )"
+                                                     "backup again (error 3)"));
+}
+
+class SessionEndTest : public Form6Test {
+ protected:
+    SessionEndTest() {
+        Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}, {R"(F:\More)", {R"(C:\Data)"}}});
+        // Windows asks whether the session may end once the first file is being copied.
+        machine.faults.BeforeStep([this](const Step& step) {
+            if (step.operation == "Copy" && reason.empty()) {
+                reason = machine.desktop.ShutdownReason();
+                mayEnd = machine.desktop.EndSession();
+                machine.clock.Advance(1000);
+            }
+        });
+    }
+
+    std::string reason;
+    bool mayEnd = true;
+};
+
+TEST_F(SessionEndTest, TheRunStopsAfterTheFileThatIsBeingCopied) {
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
+    EXPECT_EQ(reason, "A backup is running.");
+    EXPECT_FALSE(mayEnd);
+    EXPECT_EQ(machine.desktop.ShutdownReason(), "") << "it is over: the session may end";
+    EXPECT_THAT(RunLog(machine), ElementsAre(HasSubstr(" Was 1"), "", R"(E:\Save\Data\a.doc)"));
+    EXPECT_THAT(ErrorLog(machine),
+                ElementsAre("E:\\Save: the backup was stopped here because Windows was about to shut "
+                            "down or to log off: run it again"));
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data\Sub\b.txt)"));
+    EXPECT_FALSE(machine.Exists(R"(F:\More\Data)"));
+}
+
+TEST_F(SessionEndTest, ItsRecordsAreWrittenAtOnce) {
+    Load("C\r\n");
+    EXPECT_EQ(RunLog(machine).size(), 3U) << "without waiting for the timer";
+    machine.faults.BeforeStep({});
+    program().windows.Run();
+    EXPECT_EQ(RunLog(machine).size(), 3U);
+    EXPECT_EQ(program().session.exitCode, exitcode::somethingFailed);
+}
+
+TEST_F(Form6Test, ARunThatIsCompleteWhenTheSessionEndsIsNotCalledStopped) {
+    machine.faults.BeforeStep([this](const Step& step) {
+        const bool allCopied = machine.Exists(R"(E:\Save\Data\Sub\b.txt)");
+        if (allCopied && step.operation == "Move" && step.path == Beside("~Marlok Backup.new")) {
+            static_cast<void>(machine.desktop.EndSession());
+            machine.clock.Advance(1000);
+        }
+    });
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_EQ(RunLog(machine).size(), 4U);
+}
+
+TEST_F(Form6Test, AStartRefusedWhileTheRunGoesOnStaysInTheErrorLog) {
+    machine.Seed(
+        {{Beside("Backup Error Log.txt"), "C:\\x: of a run before\r\nMarlok Backup Utility: an older note\r\n"}});
+    bool refused = false;
+    machine.faults.BeforeStep([&](const Step& step) {
+        if (step.operation == "Copy" && !refused) {
+            refused = true;
+            machine.Write(Beside("Backup Error Log.txt"),
+                          machine.Read(Beside("Backup Error Log.txt")) + "Marlok Backup Utility: not run\r\n");
+        }
+    });
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone) << "this run has done all";
+    EXPECT_THAT(ErrorLog(machine), ElementsAre("Marlok Backup Utility: not run"));
+    machine.faults.BeforeStep({});
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_THAT(ErrorLog(machine), IsEmpty());
 }
 
 TEST_F(Form6Test, ALineSelectsEveryLocationWhosePathHoldsItInAnyLetterCase) {
@@ -117,7 +261,7 @@ TEST_F(Form6Test, LetterCaseBeyondEnglishDoesNotMatterEither) {
 
 TEST_F(Form6Test, ALongerLineSelectsNoShorterPath) {
     Configure(machine, {{R"(E:\Backup)", {R"(C:\Data)"}}});
-    EXPECT_EQ(RunUnattended(machine, R"(C E:\Backup\Old)"), exitcode::allDone);
+    EXPECT_EQ(RunUnattended(machine, R"(C E:\Backup\Old)"), exitcode::nothingRan);
     EXPECT_EQ(machine.Tree("E:\\"), Tree{});
 }
 
@@ -134,7 +278,7 @@ TEST_F(Form6Test, AnyOfSeveralLinesSelects) {
 }
 
 TEST_F(Form6Test, LinesThatNameNoLocationLeaveALogOfOneLine) {
-    EXPECT_EQ(RunUnattended(machine, "C Nothing"), exitcode::allDone);
+    EXPECT_EQ(RunUnattended(machine, "C Nothing"), exitcode::nothingRan);
     EXPECT_EQ(machine.Tree("E:\\"), Tree{});
     EXPECT_EQ(machine.Read(Beside("Backup Log File.txt")),
               "Total files copied Monday, Nov 15 2004 At 12:00 PM Was 0\r\n");
@@ -143,14 +287,41 @@ TEST_F(Form6Test, LinesThatNameNoLocationLeaveALogOfOneLine) {
 }
 
 TEST_F(Form6Test, ASecondCIsALocationLine) {
-    EXPECT_EQ(RunUnattended(machine, "A C"), exitcode::allDone);
+    EXPECT_EQ(RunUnattended(machine, "A C"), exitcode::nothingRan);
     EXPECT_EQ(machine.Tree("E:\\"), Tree{});
     EXPECT_EQ(RunLog(machine).size(), 1U);
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Reported("C")));
+}
+
+TEST_F(Form6Test, EveryArgumentThatChoosesNoLocationIsReported) {
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
+    EXPECT_EQ(RunUnattended(machine, "C Dayly Save Weekly"), exitcode::somethingFailed);
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre("Dayly: no backup location holds this in its path, so that nothing was "
+                                               "backed up for it",
+                                               Reported("Weekly")));
+}
+
+TEST_F(Form6Test, AFirstArgumentThatSaysNothingIsReportedAndTheRunGoesOn) {
+    EXPECT_EQ(RunUnattended(machine, "Save"), exitcode::somethingFailed);
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre("Save: passed over: the first argument says what is to be copied, A for "
+                                               "all files or C for changed files only"));
+}
+
+TEST_F(Form6Test, EveryLetterMayComeFirst) {
+    for (const char* letter : {"A", "a", "C", "c"}) {
+        EXPECT_EQ(RunUnattended(machine, letter), exitcode::allDone) << letter;
+        EXPECT_FALSE(machine.Exists(Beside("Backup Error Log.txt"))) << letter;
+    }
+    for (const char* letter : {"S", "s"}) {
+        EXPECT_FALSE(Show(letter).Label4.Visible) << letter;
+    }
 }
 
 TEST_F(Form6Test, ALocationWithABlankBecomesTwoLines) {
     Configure(machine, {{R"(E:\My Files)", {R"(C:\Data)"}}, {R"(E:\Filed)", {R"(C:\Data\Sub)"}}});
-    EXPECT_EQ(RunUnattended(machine, R"(C "Your Files")"), exitcode::allDone);
+    EXPECT_EQ(RunUnattended(machine, R"(C "Your Files")"), exitcode::somethingFailed);
     EXPECT_TRUE(machine.Exists(R"(E:\My Files\Data\a.doc)"));
     EXPECT_FALSE(machine.Exists(R"(E:\Filed)"));
 }
@@ -354,7 +525,7 @@ TEST_F(Form6Test, TheWindowTakesAQuarterOfTheScreenFromItsQuarter) {
 
 TEST_F(Form6Test, ExitCodes) {
     EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
-    EXPECT_EQ(RunUnattended(machine, "C Nothing"), exitcode::allDone);
+    EXPECT_EQ(RunUnattended(machine, "C Nothing"), exitcode::nothingRan);
     machine.Seed({{R"(C:\Data\held.doc)", "held"}});
     machine.Lock(R"(C:\Data\held.doc)");
     EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
@@ -367,7 +538,7 @@ TEST_F(Form6Test, ALogThatCannotBeWrittenIsAFailure) {
     machine.Seed({{Beside("Backup Log File.txt"), "old"}});
     machine.Lock(Beside("Backup Log File.txt"));
     EXPECT_EQ(RunUnattended(machine, "C"), exitcode::somethingFailed);
-    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Log File.txt"), error::accessDenied)));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Log File.txt"), error::sharingViolation)));
     EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
 }
 

@@ -365,5 +365,31 @@ TEST_F(ViewsTest, TheViewIsGoneOnceTheWindowIsUnloaded) {
     EXPECT_THAT(views.records, Not(Contains("FirstForm attached"))) << "a window is loaded unseen";
 }
 
+/// A window that is to be finished before it may be closed.
+class Unfinished : public forms::Form {
+ public:
+    explicit Unfinished(forms::Windows& windows) : Form(windows, "Unfinished", "") {}
+    [[nodiscard]] bool MayClose() const override { return finished; }
+    bool finished = false;
+};
+
+TEST(ClosingTest, AWindowThatIsNotFinishedStaysWhenTheUserClosesIt) {
+    InMemoryMachine machine;
+    forms::Windows windows(machine.desktop, machine.clock, nullptr);
+    auto& window = windows.Load<Unfinished>();
+    window.UserClosed();
+    EXPECT_TRUE(windows.AnyLoaded());
+    window.finished = true;
+    window.UserClosed();
+    EXPECT_FALSE(windows.AnyLoaded());
+}
+
+TEST(ClosingTest, TheProgramItselfMayUnloadIt) {
+    InMemoryMachine machine;
+    forms::Windows windows(machine.desktop, machine.clock, nullptr);
+    windows.Load<Unfinished>().Unload();
+    EXPECT_FALSE(windows.AnyLoaded());
+}
+
 }  // namespace
 }  // namespace marlok::test

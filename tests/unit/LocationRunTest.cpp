@@ -80,9 +80,9 @@ TEST_F(AfreshTest, WhereAnotherComputerWasCutShortNothingIsDeleted) {
 }
 
 /// A location that is a whole drive, with somebody to ask.
-class WholeDriveTest : public AfreshTest, private RunSink {
+class WholeDriveRunTest : public AfreshTest, private RunSink {
  protected:
-    WholeDriveTest() {
+    WholeDriveRunTest() {
         Save("E:\\", {R"(C:\Data)"});
         machine.Remove(R"(C:\Data\a.doc)");
         machine.Seed({{R"(E:\Photos\p.jpg)", "12345"}});
@@ -109,7 +109,7 @@ class WholeDriveTest : public AfreshTest, private RunSink {
     bool answer_ = false;
 };
 
-TEST_F(WholeDriveTest, IsAskedForWithItsFiguresAndEmptiedOnYes) {
+TEST_F(WholeDriveRunTest, IsAskedForWithItsFiguresAndEmptiedOnYes) {
     const RunReport report = RunAnswered(true);
     EXPECT_THAT(report.Lines(), IsEmpty());
     ASSERT_EQ(asked.size(), 1U);
@@ -119,7 +119,7 @@ TEST_F(WholeDriveTest, IsAskedForWithItsFiguresAndEmptiedOnYes) {
     EXPECT_EQ(machine.Tree("E:\\"), (Tree{{"Data\\", ""}, {"Data\\Sub\\", ""}, {"Data\\Sub\\b.doc", "b"}}));
 }
 
-TEST_F(WholeDriveTest, OnNoOnlyWhatWasSavedThereGoes) {
+TEST_F(WholeDriveRunTest, OnNoOnlyWhatWasSavedThereGoes) {
     const RunReport report = RunAnswered(false);
     ASSERT_EQ(report.Lines().size(), 1U);
     EXPECT_THAT(report.Lines()[0].reason, HasSubstr("kept: 1 "));

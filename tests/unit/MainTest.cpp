@@ -3,8 +3,10 @@
 #include "app/Form2.h"
 #include "app/frmStartUp.h"
 #include "platform/RuntimeError.h"
+#include "tests/machine/ForwardingFiles.h"
 #include "tests/machine/ForwardingRegistry.h"
 #include "tests/unit/ProgramFixture.h"
+#include "tests/unit/RecordingViews.h"
 #include "ui/frmSSTab.h"
 #include "ui/run/Form6.h"
 
@@ -100,9 +102,151 @@ TEST_F(MainTest, ASecondInstanceShowsItsMessageAndChangesNothing) {
     EXPECT_EQ(shown.text, "This Program Is Already Running");
     EXPECT_EQ(shown.title, "Marlok Info.....");
     EXPECT_EQ(shown.style, messagestyle::ok | messagestyle::information);
-    EXPECT_EQ(machine.Tree("C:\\"), before);
     EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+    Tree after = machine.Tree("C:\\");
+    EXPECT_EQ(after.erase(R"(Program Files\Marlok\Backup Error Log.txt)"), 1U);
+    EXPECT_EQ(after, before);
+}
+
+TEST_F(MainTest, ASecondInstanceOfAPersonLeavesNoTraceAtAll) {
+    machine.process.SetOtherInstanceRuns(true);
+    EXPECT_EQ(RunProgram(machine, ""), exitcode::nothingRan);
+    ASSERT_EQ(machine.desktop.Messages().size(), 1U);
+    EXPECT_EQ(machine.desktop.Messages().front().timeLimit, 0U) << "it waits for the person";
     EXPECT_EQ(machine.faults.Mutations(), 0U);
+}
+
+TEST_F(MainTest, ASecondInstanceWithoutAPersonEndsByItselfAndIsNoted) {
+    machine.Seed({{Beside("Backup Error Log.txt"), "C:\\x: of the run that goes on\r\n"}});
+    machine.process.SetOtherInstanceRuns(true);
+    machine.desktop.AnswerNothing();
+    EXPECT_EQ(RunProgram(machine, "A Save S"), exitcode::nothingRan);
+    ASSERT_EQ(machine.desktop.Messages().size(), 1U);
+    EXPECT_TRUE(machine.desktop.Messages().front().ranOut);
+    EXPECT_LE(machine.desktop.Messages().front().timeLimit, 30'000U);
+    EXPECT_THAT(ErrorLog(machine),
+                ElementsAre("C:\\x: of the run that goes on",
+                            "Marlok Backup Utility: Monday, Nov 15 2004 12:00 PM: not run, because the program was "
+                            "running already; its arguments were A Save S"));
+}
+
+TEST_F(MainTest, AnErrorLogThatIsBeingReplacedIsWaitedFor) {
+    machine.Seed({{Beside("Backup Error Log.txt"), "old\r\n"}});
+    machine.process.SetOtherInstanceRuns(true);
+    machine.desktop.AnswerNothing();
+    int refused = 0;
+    machine.faults.FailWhen([&](const Step& step) {
+        return step.operation == "Open" && ++refused < 4 ? error::sharingViolation : error::success;
+    });
+    EXPECT_EQ(RunProgram(machine, "A"), exitcode::nothingRan);
+    EXPECT_EQ(ErrorLog(machine).size(), 2U);
+    machine.faults.Reset();
+    machine.Lock(Beside("Backup Error Log.txt"));
+    machine.desktop.AnswerNothing();
+    EXPECT_EQ(RunProgram(machine, "A"), exitcode::nothingRan) << "but not for ever";
+    EXPECT_THAT(machine.process.ErrorLines(), testing::Contains(HasSubstr("not run, because")));
+}
+
+/// Files that end every copy by an exception.
+template <class Exception>
+class ThrowingFiles : public ForwardingFiles {
+ public:
+    ThrowingFiles(FileSystem& inner, Exception exception) : ForwardingFiles(inner), exception_(exception) {}
+
+    SystemError Copy(const std::string&, const std::string&, std::uint32_t, const CopyProgressRoutine&) override {
+        throw exception_;
+    }
+
+ private:
+    Exception exception_;
+};
+
+TEST_F(MainTest, WhateverEndsAnUnattendedRunIsReportedAndNobodyIsWaitedFor) {
+    ThrowingFiles noMemory(machine.files, std::bad_alloc());
+    EXPECT_EQ(RunUnattended(machine, noMemory, "C"), exitcode::nothingRan);
+    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre("Run-time error '7':\r\n\r\nOut of memory"));
+    EXPECT_THAT(
+        ErrorLog(machine),
+        ElementsAre("Marlok Backup Utility: Monday, Nov 15 2004 12:00 PM: Out of memory (run-time error 7); the "
+                    "program has ended"));
+    ThrowingFiles logic(machine.files, std::logic_error("odd"));
+    EXPECT_EQ(RunUnattended(machine, logic, "C"), exitcode::nothingRan);
+    EXPECT_THAT(machine.process.ErrorLines().back(), HasSubstr("Internal error: odd"));
+    ThrowingFiles unknown(machine.files, 4711);
+    EXPECT_EQ(RunUnattended(machine, unknown, "C"), exitcode::nothingRan);
+    EXPECT_THAT(machine.process.ErrorLines().back(), HasSubstr("'51'"));
+    EXPECT_EQ(ErrorLog(machine).size(), 3U) << "none takes away the one before";
+}
+
+/// Finds the main window of a program that runs from start to end.
+class MainWindowFinder : public RecordingViews {
+ public:
+    std::unique_ptr<forms::View> Attach(forms::Form& form) override {
+        if (auto* main = dynamic_cast<ui::frmSSTab*>(&form)) {
+            window = main;
+        }
+        return RecordingViews::Attach(form);
+    }
+
+    ui::frmSSTab* window = nullptr;
+};
+
+TEST_F(MainTest, AnErrorWhileTheMainWindowIsOpenShowsItsBoxAndEndsTheProgram) {
+    machine.desktop.Answer(button::ok);
+    std::string log;
+    machine.desktop.OnMessage([&](const ShownMessage&) {
+        log = machine.Exists(Beside("Backup Log File.txt")) ? machine.Read(Beside("Backup Log File.txt")) : "none";
+        return 0;
+    });
+    MainWindowFinder views;
+    // A run has copied, and its log is still to be written, when the error comes.
+    machine.desktop.Do([&views] {
+        views.window->Command8.Click();
+        views.window->List1.UserSelected(2, {2});
+        views.window->Check1.Value = forms::CheckBox::State::checked;
+        views.window->Command8.Click();
+    });
+    machine.desktop.Do([] { throw RuntimeError(runtimeerror::diskFull, "Disk full"); });
+    EXPECT_EQ(app::RunProgram(machine.machine(), &views), exitcode::nothingRan);
+    ASSERT_EQ(machine.desktop.Messages().size(), 1U);
+    EXPECT_EQ(machine.desktop.Messages().front().text, "Run-time error '61':\r\n\r\nDisk full");
+    EXPECT_EQ(machine.desktop.Messages().front().style, messagestyle::stop);
+    EXPECT_THAT(log, HasSubstr(R"(E:\Save\Data\a.doc)")) << "written before the box waits";
+    EXPECT_FALSE(machine.Exists(Beside("Backup Error Log.txt")));
+}
+
+TEST_F(MainTest, AProgramFolderThatCannotBeWrittenIsSaidAndNothingStarts) {
+    machine.Seed({{Beside("DeleteFolder.txt"), "C:\\Old\r\n"}, {R"(C:\Old\x.txt)", "x"}});
+    machine.Deny(programFolder);
+    machine.desktop.Answer(button::ok);
+    EXPECT_EQ(RunProgram(machine, ""), exitcode::nothingRan);
+    ASSERT_EQ(machine.desktop.Messages().size(), 1U);
+    EXPECT_THAT(machine.desktop.Messages().front().text, HasSubstr(programFolder));
+    EXPECT_THAT(machine.desktop.Messages().front().text, HasSubstr("access was denied (error 5)"));
+    EXPECT_THAT(machine.desktop.Messages().front().text, HasSubstr("move the folder"));
+    EXPECT_TRUE(machine.Exists(R"(C:\Old)"));
+    EXPECT_EQ(RunUnattended(machine, "A"), exitcode::nothingRan);
+    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(HasSubstr("move the folder")));
+    EXPECT_EQ(machine.Tree("E:\\"), Tree{});
+}
+
+TEST_F(MainTest, WhatPassesDoesNotKeepTheProgramFromStarting) {
+    machine.faults.FailWhen([](const Step& step) {
+        return step.path == Beside("~Marlok Backup.new") ? error::sharingViolation : error::success;
+    });
+    EXPECT_EQ(FirstWindow(Start("")), "frmSSTab");
+    machine.faults.Reset();
+    machine.Seed({{Beside("~Marlok Backup.new"), "left", {}, attribute::readOnly}});
+    EXPECT_EQ(FirstWindow(Start("")), "frmSSTab");
+    EXPECT_THAT(WorkingFilesLeft(machine), IsEmpty());
+}
+
+TEST_F(MainTest, WhatAKilledRestoreHasLeftGoes) {
+    machine.Seed({{Beside("~Marlok Backup.put"), "C:\\Data\\a.doc\t~Marlok Backup.old\r\n"},
+                  {R"(C:\Data\~Marlok Backup.part)", "half"}});
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone) << "neither reported";
+    EXPECT_THAT(WorkingFilesLeft(machine), IsEmpty());
+    EXPECT_THAT(RunLog(machine), testing::Not(testing::Contains(HasSubstr("~")))) << "nor saved";
 }
 
 TEST_F(MainTest, ASecondInstanceLoadsNoWindow) {
@@ -111,65 +255,67 @@ TEST_F(MainTest, ASecondInstanceLoadsNoWindow) {
 }
 
 TEST_F(MainTest, PendingDeletionsAreCarriedOutOnce) {
-    machine.Seed({{R"(C:\Old\Sub\x.txt)", "x"},
-                  {R"(C:\Single.txt)", "s"},
+    machine.Seed({{R"(C:\Old\Sub\)"},
+                  {R"(C:\Older\)"},
                   {R"(C:\Kept\y.txt)", "y"},
-                  {Beside("DeleteFolder.txt"), "C:\\Old\r\n\r\nC:\\Single.txt\r\n"}});
+                  {Beside("DeleteFolder.txt"), "C:\\Old\r\n\r\nC:\\Older\r\n"}});
     Start("");
     EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
-    EXPECT_FALSE(machine.Exists(R"(C:\Single.txt)"));
+    EXPECT_FALSE(machine.Exists(R"(C:\Older)"));
     EXPECT_TRUE(machine.Exists(R"(C:\Kept\y.txt)"));
     EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
     EXPECT_TRUE(machine.Exists(Beside("Marlok Backup.exe")));
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
 }
 
 TEST_F(MainTest, ThePendingLineWithoutALineBreakCounts) {
-    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Missing\r\nC:\\Old"}});
+    machine.Seed({{R"(C:\Old\)"}, {Beside("DeleteFolder.txt"), "C:\\Missing\r\nC:\\Old"}});
     Start("");
     EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
 }
 
 TEST_F(MainTest, PendingPathsAreNotTrimmed) {
-    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {Beside("DeleteFolder.txt"), ";C:\\Old\r\n#C:\\Old\r\n"}});
+    machine.Seed({{R"(C:\Old\)"}, {Beside("DeleteFolder.txt"), ";C:\\Old\r\n#C:\\Old\r\n C:\\Old\r\n"}});
     Start("");
-    EXPECT_TRUE(machine.Exists(R"(C:\Old\x.txt)"));
+    EXPECT_TRUE(machine.Exists(R"(C:\Old)"));
 }
 
 TEST_F(MainTest, AnEmptyListOfPendingDeletionsIsDeleted) {
     machine.Seed({{Beside("DeleteFolder.txt"), ""}});
     Start("");
     EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
 }
 
-TEST_F(MainTest, APendingPathThatCannotBeDeletedIsPassedOver) {
-    machine.Seed(
-        {{R"(C:\Held\x.txt)", "x"}, {R"(C:\Old\y.txt)", "y"}, {Beside("DeleteFolder.txt"), "C:\\Held\r\nC:\\Old\r\n"}});
-    machine.Lock(R"(C:\Held\x.txt)");
+TEST_F(MainTest, APendingFolderThatIsKeptIsShownInOneBoxAndInTheErrorLog) {
+    machine.Seed({{R"(C:\Held\x.txt)", "x"},
+                  {R"(C:\Old\)"},
+                  {Beside("DeleteFolder.txt"), "C:\\Held\r\nC:\\Held\\x.txt\r\nC:\\Old\r\n"}});
+    machine.desktop.Answer(button::ok);
     EXPECT_EQ(FirstWindow(Start("")), "frmSSTab");
     EXPECT_TRUE(machine.Exists(R"(C:\Held\x.txt)"));
     EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
     EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
-    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
+    ASSERT_EQ(machine.desktop.Messages().size(), 1U);
+    EXPECT_THAT(machine.desktop.Messages().front().text, HasSubstr("C:\\Held\r\n    not deleted"));
+    EXPECT_THAT(machine.desktop.Messages().front().text, HasSubstr("C:\\Held\\x.txt\r\n    not deleted"));
+    EXPECT_EQ(machine.desktop.Messages().front().title, "Marlok Info.....");
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Reported(R"(C:\Held)"), Reported(R"(C:\Held\x.txt)")));
 }
 
-TEST_F(MainTest, APendingLinkGoesAndItsTargetStays) {
-    machine.Seed({{R"(C:\Precious\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Old\r\n"}});
-    machine.MakeLink(R"(C:\Old\Link)", R"(C:\Precious)");
-    Start("");
-    EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
-    EXPECT_EQ(machine.Read(R"(C:\Precious\x.txt)"), "x");
-}
-
-TEST_F(MainTest, AListOfPendingDeletionsInTheCodePageIsUnderstood) {
-    machine.Seed({{"C:\\\u00C4lt\\x.txt", "x"}, {Beside("DeleteFolder.txt"), "C:\\\xC4lt\r\n"}});
-    Start("");
-    EXPECT_FALSE(machine.Exists("C:\\\u00C4lt"));
+TEST_F(MainTest, AnUnattendedStartShowsNoBoxForAPendingFolderThatIsKept) {
+    machine.Seed({{R"(C:\Held\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Held\r\n"}});
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(HasSubstr("C:\\Held: not deleted")));
+    // The run has failed nothing, so its error log is none.
+    EXPECT_FALSE(machine.Exists(Beside("Backup Error Log.txt")));
+    EXPECT_THAT(machine.Read(Beside("Backup Report.txt")), HasSubstr("Notes:\r\nC:\\Held: not deleted"));
 }
 
 TEST_F(MainTest, AHiddenListOfPendingDeletionsIsNotSeen) {
-    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Old\r\n", {}, attribute::hidden}});
+    machine.Seed({{R"(C:\Old\)"}, {Beside("DeleteFolder.txt"), "C:\\Old\r\n", {}, attribute::hidden}});
     Start("");
-    EXPECT_TRUE(machine.Exists(R"(C:\Old\x.txt)"));
+    EXPECT_TRUE(machine.Exists(R"(C:\Old)"));
     EXPECT_TRUE(machine.Exists(Beside("DeleteFolder.txt")));
 }
 
@@ -189,6 +335,7 @@ TEST_F(MainTest, ARunTimeErrorOfAnUnattendedStartIsWrittenDown) {
     EXPECT_EQ(RunUnattended(machine, "A"), exitcode::nothingRan);
     EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(HasSubstr("'70'")));
     EXPECT_THAT(ErrorLog(machine), ElementsAre(HasSubstr("(run-time error 70)")));
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
 }
 
 TEST_F(MainTest, TheFlagsStartCleared) {
@@ -324,11 +471,28 @@ TEST_F(MainTest, ACommandFileThatCannotBeWrittenEndsTheProgram) {
 
 TEST_F(MainTest, AProgramInTheRootOfADriveFindsItsFiles) {
     machine.process.programFolder = "E:\\";
-    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {R"(E:\DeleteFolder.txt)", "C:\\Old"}});
+    machine.Seed({{R"(C:\Old\)"}, {R"(E:\DeleteFolder.txt)", "C:\\Old"}});
     const Program& program = Start("");
     EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
     EXPECT_EQ(program.session.gAppFolder.WithBackslash(), "E:\\");
     EXPECT_EQ(program.session.gCommandFile, R"(E:\Command.txt)");
+}
+
+TEST_F(MainTest, WhatAnotherProgramHoldsForAMomentIsWaitedFor) {
+    machine.Seed({{R"(C:\Data\a.doc)", "one"}});
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
+    int held = 3;
+    machine.faults.FailWhen([&](const Step& step) {
+        return step.operation == "Copy" && held-- > 0 ? error::sharingViolation : error::success;
+    });
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_EQ(machine.Read(R"(E:\Save\Data\a.doc)"), "one");
+}
+
+TEST_F(MainTest, SeparatorsAloneAreNoArguments) {
+    Program& program = Start(" ,/ \t, / ");
+    EXPECT_EQ(FirstWindow(program), "frmSSTab");
+    EXPECT_FALSE(machine.Exists(Beside("Command.txt")));
 }
 
 }  // namespace

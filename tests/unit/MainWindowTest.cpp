@@ -113,12 +113,14 @@ TEST_F(MainWindowTest, TheBrowsersBeginOnDriveC) {
 }
 
 TEST_F(MainWindowTest, LocationsThatDifferOnlyInTheirDriveShowOneListOfSources) {
-    Configure(machine, {{R"(C:\Data)", {R"(C:\Shared)"}}, {R"(D:\Data)", {R"(C:\Shared)"}}});
+    Configure(machine,
+              {{R"(C:\Data)", {R"(C:\Before)"}}, {R"(D:\Data)", {R"(C:\Shared)"}}, {R"(E:\Other)", {R"(C:\Own)"}}});
     ui::frmSSTab& window = Open();
-    const Lines first = window.List2.Items();
-    window.List1.UserSelected(3, {3});
-    EXPECT_EQ(window.List2.Items(), first);
-    EXPECT_THAT(first, ElementsAre(sourcesHeading, "", R"(C:\Shared)"));
+    for (const int line : {4, 3, 4, 2}) {
+        window.List1.UserSelected(line, {line});
+        EXPECT_THAT(window.List2.Items(), ElementsAre(sourcesHeading, "", line == 4 ? R"(C:\Own)" : R"(C:\Shared)"))
+            << line;
+    }
 }
 
 TEST_F(MainWindowTest, ALocationListEndsAtAZero) {

@@ -75,12 +75,30 @@ TEST_F(OptionsTabTest, ClickingTheHeadingIsNotRefused) {
     EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
 }
 
-TEST_F(OptionsTabTest, AnEmptyLineEndsTheLocationsOfARun) {
-    ui::frmSSTab& window = Open();
-    Choose(window, {1, 2}).Command8.Click();
+TEST_F(OptionsTabTest, HeadingAndEmptyLineAreNoLocations) {
+    Choose(Open(), {0, 1, 2}).Command8.Click();
     RunToTheEnd();
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)")) << "neither ends the list";
+    EXPECT_THAT(ErrorLog(machine), IsEmpty());
+    EXPECT_EQ(RunLog(machine).size(), 3U);
+}
+
+TEST_F(OptionsTabTest, WithNoLocationSelectedBothWaysToRunAreRefused) {
+    for (const bool background : {false, true}) {
+        machine.desktop.Answer(button::ok);
+        ui::frmSSTab& window = Choose(Open(), {2});
+        window.List1.UserSelected(2, {0});  // Ctrl and a click have taken the location away again
+        if (background) {
+            window.Check1.UserPressed();
+        }
+        window.Command8.Click();
+        EXPECT_EQ(LastMessage(), "You Must Select a Backup Location");
+        EXPECT_FALSE(window.Timer3.Running());
+        EXPECT_EQ(program.windows.Find<Form6>(), nullptr) << "it would have run every location";
+        EXPECT_FALSE(machine.Exists(Beside("Command.txt")));
+        window.Command8.Caption = "Select Backup";
+    }
     EXPECT_EQ(machine.Tree("E:\\"), Tree{});
-    EXPECT_THAT(RunLog(machine), SizeIs(1));
 }
 
 TEST_F(OptionsTabTest, TheFirstPressWaitsForALocation) {
@@ -172,7 +190,7 @@ TEST_F(OptionsTabTest, OnlyTheLineLastClickedIsCheckedAndAllSelectedAreTaken) {
         << "the heading is passed over as what it is, no location: " << testing::PrintToString(ErrorLog(machine));
 }
 
-TEST_F(OptionsTabTest, TheFlagsAreSetByTheBoxesAndNeverTakenBack) {
+TEST_F(OptionsTabTest, AllFilesCountsAsItStandsAndTheMessageIsNeverTakenBack) {
     ui::frmSSTab& window = Choose(Open(), {2});
     window.Check2.UserPressed();
     window.Command8.Click();
@@ -184,7 +202,7 @@ TEST_F(OptionsTabTest, TheFlagsAreSetByTheBoxesAndNeverTakenBack) {
     window.Check2.UserPressed();
     window.Check3.UserPressed();
     window.Command8.Click();
-    EXPECT_TRUE(program.session.gAllFiles);
+    EXPECT_FALSE(program.session.gAllFiles) << "the second run must not empty the location";
     EXPECT_TRUE(program.session.gShowMessage);
     RunToTheEnd();
 }
@@ -287,6 +305,79 @@ TEST_F(OptionsTabTest, ABackgroundRunWithoutMessageEndsTheProgram) {
     EXPECT_FALSE(program.windows.AnyLoaded());
     EXPECT_EQ(program.session.exitCode, exitcode::allDone);
     EXPECT_EQ(RunLog(machine).size(), 3U);
+}
+
+TEST_F(OptionsTabTest, ABackgroundRunIsOneOfTheSelectedLocationsAlone) {
+    machine.AddDrive('F');
+    machine.AddDrive('G');
+    const Lines locations{R"(E:\Save)", R"(E:\Saved)", R"(F:\A)", "G:\\"};
+    std::vector<LocationSetup> setup;
+    for (const std::string& location : locations) {
+        setup.push_back({location, {R"(C:\Data)"}});
+    }
+    Configure(machine, setup);
+    ui::frmSSTab& window = Open();
+    window.Command8.Click();
+    window.Check1.Value = CheckBox::State::checked;
+    Lines ran;
+    machine.faults.BeforeStep([&](const Step& step) {
+        if (step.operation == "Copy") {
+            ran.push_back(step.path);
+        }
+    });
+    for (std::size_t i = 0; i < locations.size(); ++i) {
+        window.List1.UserSelected(static_cast<int>(i) + 2, {static_cast<int>(i) + 2});
+        window.Command8.Click();
+        for (std::size_t k = 0; k < locations.size(); ++k) {
+            EXPECT_EQ(machine.Exists(Location(locations[k]).Below(R"(Data\a.doc)")), k <= i) << locations[k];
+        }
+        WaitFor(machine, program, [&] { return !program.windows.Find<Form6>()->Timer1.Running(); });
+        EXPECT_EQ(program.session.exitCode, exitcode::allDone);
+        EXPECT_EQ(RunLog(machine).size(), 3U);
+    }
+    machine.faults.BeforeStep({});
+}
+
+TEST_F(OptionsTabTest, ASecondBackgroundRunRuns) {
+    ui::frmSSTab& window = Choose(Open(), {2});
+    window.Check1.UserPressed();
+    window.Command8.Click();
+    auto& run = *program.windows.Find<Form6>();
+    WaitFor(machine, program, [&] { return run.IsVisible(); });
+    machine.Seed({{R"(C:\Data\new.doc)", "new", At(11, 0)}});
+    window.Command8.Click();
+    EXPECT_FALSE(run.IsVisible());
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\new.doc)"));
+    WaitFor(machine, program, [&] { return run.IsVisible(); });
+    EXPECT_THAT(run.List2.Items(), ElementsAre(R"(E:\Save\Data\new.doc)"));
+    EXPECT_EQ(run.Label1.Caption.Get(), "1 Files Copied");
+}
+
+TEST_F(OptionsTabTest, AFailureOfABackgroundRunIsShownEvenWithoutAMessage) {
+    machine.Lock(R"(C:\Data\a.doc)");
+    ui::frmSSTab& window = Choose(Open(), {2});
+    window.Check1.UserPressed();
+    window.Check3.UserPressed();
+    window.Command8.Click();
+    auto& run = *program.windows.Find<Form6>();
+    WaitFor(machine, program, [&] { return !run.Timer1.Running(); });
+    EXPECT_TRUE(run.IsVisible());
+    EXPECT_TRUE(run.Label4.Visible);
+    EXPECT_TRUE(window.IsVisible());
+    EXPECT_EQ(program.session.exitCode, exitcode::somethingFailed);
+}
+
+TEST_F(OptionsTabTest, AFailureOfARunBeforeIsNotShownWithTheNext) {
+    machine.Lock(R"(C:\Data\a.doc)");
+    ui::frmSSTab& window = Choose(Open(), {2});
+    window.Check1.UserPressed();
+    window.Command8.Click();
+    auto& run = *program.windows.Find<Form6>();
+    WaitFor(machine, program, [&] { return run.IsVisible(); });
+    machine.Lock(R"(C:\Data\a.doc)", false);
+    window.Command8.Click();
+    WaitFor(machine, program, [&] { return run.IsVisible(); });
+    EXPECT_FALSE(run.Label4.Visible);
 }
 
 TEST_F(OptionsTabTest, ACommandFileThatCannotBeWrittenIsARunTimeError) {

@@ -1,11 +1,14 @@
 #include "engine/RunLog.h"
 
+#include "engine/BackupReport.h"
+#include "engine/LogDate.h"
 #include "tests/unit/ProgramFixture.h"
 
 namespace marlok::test {
 namespace {
 
 using testing::_;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -80,7 +83,7 @@ TEST_F(RunLogTest, ALogThatCannotBeWrittenKeepsItsOldTextAndIsReported) {
     EXPECT_EQ(Finish(), exitcode::somethingFailed);
     EXPECT_EQ(machine.Read(Beside("Backup Log File.txt")), "old");
     EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed("C:\\x", error::fileNotFound),
-                                               Failed(Beside("Backup Log File.txt"), error::accessDenied)));
+                                               Failed(Beside("Backup Log File.txt"), error::sharingViolation)));
     EXPECT_THAT(WorkingFilesLeft(machine), IsEmpty());
 }
 
@@ -91,7 +94,7 @@ TEST_F(RunLogTest, AnErrorLogThatCannotBeWrittenIsALineOfTheReport) {
     EXPECT_EQ(Finish(), exitcode::somethingFailed);
     ASSERT_EQ(report.Lines().size(), 2U);
     EXPECT_EQ(report.Lines()[1].path, "Backup Error Log.txt");
-    EXPECT_EQ(report.Lines()[1].code, error::accessDenied);
+    EXPECT_EQ(report.Lines()[1].code, error::sharingViolation);
 }
 
 TEST_F(RunLogTest, TheShortcutLiesOnTheDesktop) {
@@ -113,6 +116,35 @@ TEST_F(RunLogTest, WithoutADesktopThereIsNoShortcutWhichIsReported) {
     }
     EXPECT_EQ(Finish(), exitcode::somethingFailed);
     EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed("Backup Log File.lnk", error::pathNotFound)));
+}
+
+TEST_F(RunLogTest, TheReportOfABackupNamesALogAndAShortcutThatCouldNotBeWritten) {
+    machine.Seed({{Beside("Backup Log File.txt"), "old"}});
+    machine.Lock(Beside("Backup Log File.txt"));
+    machine.shell.desktopFolder = "";
+    report.outcomes = {{R"(E:\Save)", true}};
+    EXPECT_EQ(Finish(), exitcode::somethingFailed);
+    const Lines lines = LinesBeside(machine, "Backup Report.txt");
+    EXPECT_THAT(lines, Contains(R"(E:\Save: all is saved)")) << "which is true";
+    EXPECT_THAT(lines, Contains(Failed(Beside("Backup Log File.txt"), error::sharingViolation)));
+    EXPECT_THAT(lines, Contains(Failed("Backup Log File.lnk", error::pathNotFound)));
+    std::vector<HistoryLine> history;
+    EXPECT_EQ(ReadHistory(machine.machine(), history), error::success);
+    ASSERT_EQ(history.size(), 1U);
+    EXPECT_EQ(history.front().failed, 2U);
+}
+
+TEST_F(RunLogTest, AReportThatCannotBeWrittenIsInTheErrorLog) {
+    machine.Seed({{Beside("Backup Report.txt"), "old"}});
+    machine.Lock(Beside("Backup Report.txt"));
+    EXPECT_EQ(Finish(), exitcode::somethingFailed);
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(Beside("Backup Report.txt"), error::sharingViolation)));
+}
+
+TEST_F(RunLogTest, AReplacementHasNoReport) {
+    EXPECT_EQ(FinishRun(machine.machine(), replacementLog, report), exitcode::allDone);
+    EXPECT_FALSE(machine.Exists(Beside("Backup Report.txt")));
+    EXPECT_FALSE(machine.Exists(Beside("Backup History.txt")));
 }
 
 TEST_F(RunLogTest, AReplacementWithoutFailuresLeavesTheErrorLogOfTheBackupAlone) {

@@ -52,10 +52,10 @@ TEST_F(RunReportTest, WhatCannotBeWrittenGoesToStandardError) {
     machine.Seed({{Beside("Backup Error Log.txt"), "old\r\n"}});
     machine.Lock(Beside("Backup Error Log.txt"));
     report.Add("C:\\x", error::fileNotFound);
-    EXPECT_EQ(WriteErrorLog(machine.machine(), report), error::accessDenied);
+    EXPECT_EQ(WriteErrorLog(machine.machine(), report), error::sharingViolation);
     EXPECT_EQ(machine.Read(Beside("Backup Error Log.txt")), "old\r\n");
     EXPECT_THAT(machine.process.ErrorLines(),
-                ElementsAre(Failed(Beside("Backup Error Log.txt"), error::accessDenied), HasSubstr("C:\\x: ")));
+                ElementsAre(Failed(Beside("Backup Error Log.txt"), error::sharingViolation), HasSubstr("C:\\x: ")));
 }
 
 TEST_F(RunReportTest, ARunThatFailsNothingRemovesTheReportOfTheRunBefore) {

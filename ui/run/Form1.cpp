@@ -18,6 +18,10 @@ namespace {
 // Twips.
 constexpr int leastHeight = 3600;
 
+// Of the question for a whole drive. The first button is the one that Enter presses.
+constexpr int keepButton = button::yes;
+constexpr int deleteButton = button::no;
+
 }  // namespace
 
 Form1::Form1(forms::Windows& windows, Session& session, std::vector<Location> locations,
@@ -54,7 +58,7 @@ void Form1::PlaceWindow() {
 }
 
 void Form1::Form_Resize() {
-    LayOutResult(*this, {Label2, Label1, List2, &Label3, Command1});
+    LayOutResult(*this, {Label2, Label1, List2, Label3, Command1});
 }
 
 void Form1::Run() {
@@ -69,12 +73,13 @@ void Form1::Run() {
     countsFiles_ = IsWindowsME(system) || IsWindows98(system) || IsWindows95(system);
     session_.gNodesSorted = true;
     session_.gNodesExpanded = true;
+    run_.Begin();
     Show();
     Progress().Show();
     Progress().Refresh();
     const RunPlan plan{locations_, session_.gAllFiles,
                        countsFiles_ ? CopyMethod::copyCountingFiles : CopyMethod::copyWithProgress};
-    report_ = BackupRun(session_.machine, session_.Configuration(), plan, *this).Run();
+    run_.Copied(BackupRun(session_.machine, session_.Configuration(), plan, *this).Run());
     storage_.Clear();
     Status("Now Writing Log File, Please Wait!");
     session_.machine.desktop.ShowHourglass(true);
@@ -91,7 +96,8 @@ void Form1::Status(const std::string& text) {
     Progress().ShowStatus(text);
 }
 
-void Form1::LocationBegins(const Location& /*location*/) {
+void Form1::LocationBegins(const Location& location) {
+    run_.Enter(location);
     storage_.LocationBegins();
     folderCount_ = 0;
 }
@@ -128,10 +134,23 @@ void Form1::Breathe() {
     breathe_();
 }
 
+bool Form1::MayDeleteAll(const WholeDrive& found) {
+    Desktop& desktop = session_.machine.desktop;
+    // What was clicked and typed before the question was there does not answer it.
+    desktop.DiscardInput();
+    const int pressed = desktop.ShowMessageWithCaptions(
+        "The whole drive " + found.location +
+            " is a backup location. Files on it that you do not back up (any more): " + std::to_string(found.files) +
+            " (" + std::to_string(found.bytes) +
+            " bytes).\r\n\r\nDelete all of them for good, or keep those that no earlier backup has saved there?",
+        messagestyle::yesNo | messagestyle::question, Caption(), {{keepButton, "Keep"}, {deleteButton, "Delete"}});
+    return pressed == deleteButton;
+}
+
 void Form1::Timer1_Timer() {
     Timer1.Stop();
     session_.gAppFolder = ProgramFolder(session_.machine.process.ProgramFolder());
-    session_.exitCode = FinishRun(session_.machine, interactiveLog, report_);
+    session_.exitCode = run_.Finish();
     Label1.Caption = "Total files copied was " + std::to_string(List2.ListCount());
     Label2.Caption = "Backup Has Been Completed";
     List2.Visible = true;
@@ -143,7 +162,8 @@ void Form1::Timer1_Timer() {
 
 void Form1::ShowResult() {
     Command1.Enabled = true;
-    ShowFailures(Label3, report_, backupFailures);
+    ShowFailures(Label3, session_.machine, run_.Report(), backupFailures);
+    Form_Resize();  // the failures may need more room
     if (session_.gShowMessage) {
         session_.machine.desktop.ShowHourglass(true);
         Status("ShortCut to Backup Log Being Created !");
@@ -171,6 +191,11 @@ void Form1::Command1_Click() {
 void Form1::Form_Unload() {
     session_.gNodesSorted = false;
     session_.gNodesExpanded = false;
+    // The main window may be closed while the log is still to be written.
+    if (run_.IsToBeRecorded()) {
+        session_.exitCode = run_.Finish();
+        session_.machine.desktop.ShowHourglass(false);
+    }
     Collection().UnloadAll();
 }
 

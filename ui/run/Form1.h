@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "engine/RunReport.h"
 #include "engine/RunSink.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
 #include "forms/TreeView.h"
 #include "paths/Location.h"
 #include "ui/run/Breather.h"
+#include "ui/run/RunKeeper.h"
 #include "ui/run/RunStorage.h"
 #include "ui/run/Session.h"
 
@@ -51,6 +51,9 @@ class Form1 : public forms::Form, private RunSink {
     forms::CommandButton* DefaultButton() override { return &Command1; }
     forms::CommandButton* CancelButton() override { return &Command1; }
 
+    /// Not before the run has its log.
+    [[nodiscard]] bool MayClose() const override { return !Timer1.Running(); }
+
  protected:
     void Form_Load() override;
     void Form_Unload() override;
@@ -64,6 +67,8 @@ class Form1 : public forms::Form, private RunSink {
     void BytesCopied(const CopyProgressInfo& info) override;
     void Copied(const std::string& source, const std::string& target) override;
     void Breathe() override;
+    [[nodiscard]] bool MayDeleteAll(const WholeDrive& found) override;
+    [[nodiscard]] bool GoOn() override { return run_.GoOn(); }
 
     void PlaceWindow();
     void Run();
@@ -77,7 +82,7 @@ class Form1 : public forms::Form, private RunSink {
     RunStorage storage_{List1, List3, Text1, Text2, TreeView1};
     bool countsFiles_ = false;  ///< the bar counts files: a system without a copy that tells its progress
     int folderCount_ = 0;       ///< found so far below the sources of the current location, the sources included
-    RunReport report_;          ///< of the run that has ended
+    RunKeeper run_{session_.machine, interactiveLog};
 };
 
 }  // namespace marlok

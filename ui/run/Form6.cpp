@@ -1,17 +1,10 @@
 #include "ui/run/Form6.h"
 
 #include <algorithm>
-#include <array>
-#include <vector>
+#include <utility>
 
 #include "engine/BackupRun.h"
-#include "fileops/Deleting.h"
-#include "fileops/Errors.h"
-#include "fileops/FolderFunctions.h"
-#include "fileops/txtFunctions.h"
 #include "forms/Windows.h"
-#include "text/Lines.h"
-#include "text/Text.h"
 #include "ui/run/Restart.h"
 #include "ui/run/ResultLayout.h"
 
@@ -19,21 +12,23 @@ namespace marlok {
 
 namespace {
 
-/// Lines of the command file that are never location lines.
-constexpr std::array<std::string_view, 10> passedOver{"S", "s", "A", "a", " ", "", "\r", "/", ",", "."};
+constexpr const char* choosesNothing =
+    "no backup location holds this in its path, so that nothing was backed up for it";
+constexpr const char* saysNothing =
+    "passed over: the first argument says what is to be copied, A for all files or C for changed files only";
 
 // Twips.
 constexpr int leastHeight = 3600;
 
-bool IsPassedOver(std::string_view line) {
-    return line == "\\" || std::ranges::find(passedOver, line) != passedOver.end();
-}
-
 }  // namespace
 
-Form6::Form6(forms::Windows& windows, Session& session)
-    : Form(windows, "Form6", "Marlok Backup Utility"), session_(session), breathe_(session.machine) {
+Form6::Form6(forms::Windows& windows, Session& session, std::optional<std::vector<Location>> chosen)
+    : Form(windows, "Form6", "Marlok Backup Utility"),
+      session_(session),
+      chosen_(std::move(chosen)),
+      breathe_(session.machine) {
     List2.Visible = false;
+    Label4.Visible = false;
     for (forms::Control* storage :
          std::initializer_list<forms::Control*>{&List1, &List3, &List4, &Text1, &Text2, &TreeView1}) {
         storage->Visible = false;
@@ -45,12 +40,36 @@ Form6::Form6(forms::Windows& windows, Session& session)
 
 void Form6::Form_Load() {
     PlaceWindow();
+    Run();
+}
+
+void Form6::RunAgain(std::vector<Location> chosen) {
+    chosen_ = std::move(chosen);
+    Hide();
+    List2.Clear();
+    List2.Visible = false;
+    Label4.Visible = false;
+    Run();
+}
+
+void Form6::Run() {
     ReadCommandFile();
     session_.gNodesSorted = true;
     session_.gNodesExpanded = true;
-    BackupLocations();
-    // Gone or locked, it makes no difference here: the next run writes its own, and unloading tries again.
-    static_cast<void>(DeleteThisFile(session_.machine.files, session_.gCommandFile));
+    run_.Begin();
+    RunPlan plan;
+    plan.allFiles = session_.gAllFiles;
+    plan.atStart = session_.atStart;
+    const LocationChoice choice = ChooseLocations(List4.Items(), session_.Configuration().Locations());
+    plan.locations = chosen_ ? *chosen_ : choice.chosen;
+    RunReport report = BackupRun(session_.machine, session_.Configuration(), plan, *this).Run();
+    if (!chosen_) {
+        ReportArguments(report, choice);
+        nothingRan_ = choice.chosen.empty() && !choice.withoutEffect.empty();
+    }
+    run_.Copied(std::move(report));
+    storage_.Clear();
+    commandFile_.Remove();
     Timer1.Start();
     // A click on the main window, made while nothing could answer it, is not meant for what it shows now.
     session_.machine.desktop.DiscardInput();
@@ -63,47 +82,36 @@ void Form6::PlaceWindow() {
 }
 
 void Form6::Form_Resize() {
-    LayOutResult(*this, {Label2, Label1, List2, nullptr, Command1});
+    LayOutResult(*this, {Label2, Label1, List2, Label4, Command1});
 }
 
 void Form6::ReadCommandFile() {
-    Machine& machine = session_.machine;
-    session_.gCommandFile = session_.gAppFolder.PathOf(programfile::command);
-    if (!FileExists(machine.files, session_.gCommandFile)) {
+    session_.gCommandFile = commandFile_.Path();
+    List4.Clear();
+    passedOver_.clear();
+    if (!commandFile_.Exists()) {
         return;
     }
-    std::string text;
-    const SystemError code = ReadText(machine.files, machine.system, session_.gCommandFile, text);
-    if (code != error::success) {
-        Raise(code);
-    }
-    const std::vector<std::string> pieces = text::SplitLines(text);
-    // The first line holds the copy mode; what follows the last line break is no line.
-    for (std::size_t i = 1; i + 1 < pieces.size(); ++i) {
-        if (!IsPassedOver(pieces[i])) {
-            List4.AddItem(pieces[i]);
-        }
+    const std::string text = commandFile_.Read();
+    ownCommandFile_ = true;
+    passedOver_ = PassedOverFirstLine(text);
+    for (std::string& line : LocationLinesOf(text)) {
+        List4.AddItem(std::move(line));
     }
 }
 
-void Form6::BackupLocations() {
-    RunPlan plan;
-    plan.allFiles = session_.gAllFiles;
-    for (const Location& location : session_.Configuration().Locations()) {
-        if (IsChosen(location)) {
-            plan.locations.push_back(location);
-        }
+/// An argument without effect is one that was meant to have another.
+void Form6::ReportArguments(RunReport& report, const LocationChoice& choice) const {
+    if (!passedOver_.empty()) {
+        report.Add(passedOver_, saysNothing);
     }
-    report_ = BackupRun(session_.machine, session_.Configuration(), plan, *this).Run();
-    storage_.Clear();
+    for (const std::string& line : choice.withoutEffect) {
+        report.Add(line, choosesNothing);
+    }
 }
 
-bool Form6::IsChosen(const Location& location) const {
-    const auto occurs = [&](const std::string& line) { return text::ContainsIgnoringCase(location.Path(), line); };
-    return List4.ListCount() == 0 || std::ranges::any_of(List4.Items(), occurs);
-}
-
-void Form6::LocationBegins(const Location& /*location*/) {
+void Form6::LocationBegins(const Location& location) {
+    run_.Enter(location);
     storage_.LocationBegins();
 }
 
@@ -128,17 +136,25 @@ void Form6::Breathe() {
 void Form6::Timer1_Timer() {
     Timer1.Stop();
     session_.gAppFolder = ProgramFolder(session_.machine.process.ProgramFolder());
-    session_.exitCode = FinishRun(session_.machine, unattendedLog, report_);
+    Finish();
     Label1.Caption = std::to_string(List2.ListCount()) + " Files Copied";
     Label2.Caption = "Backup Program Is Finished";
     List2.Visible = true;
     session_.machine.desktop.ShowHourglass(false);
-    if (!session_.gShowMessage) {
+    ShowFailures(Label4, session_.machine, run_.Report(), backupFailures);
+    Form_Resize();  // the failures may need more room
+    // Without a person nobody would close the window; with one, failures do not go by unseen.
+    if (!session_.gShowMessage && !(chosen_ && Label4.Visible)) {
         Unload();
         return;
     }
     Show();
     List2.SetListIndex(0);
+}
+
+void Form6::Finish() {
+    const int code = run_.Finish();
+    session_.exitCode = nothingRan_ ? exitcode::nothingRan : code;
 }
 
 void Form6::Command1_Click() {
@@ -148,7 +164,13 @@ void Form6::Command1_Click() {
 void Form6::Form_Unload() {
     session_.gNodesSorted = false;
     session_.gNodesExpanded = false;
-    static_cast<void>(DeleteThisFile(session_.machine.files, session_.gCommandFile));
+    // The main window may be closed while the log is still to be written.
+    if (run_.IsToBeRecorded()) {
+        Finish();
+    }
+    if (ownCommandFile_) {
+        commandFile_.Remove();
+    }
     Collection().UnloadAll();
 }
 

@@ -14,13 +14,15 @@ void RequestRestart(Machine& machine, forms::Form& caller) {
     }
     const ProgramFolder folder(machine.process.ProgramFolder());
     const std::string restarter = folder.PathOf(programfile::restartProgram);
-    SystemError code = CopyThisFile(machine.files, folder.PathOf(programfile::restartSource), restarter);
-    if (code == error::success) {
-        code = machine.process.StartHidden(restarter, machine.process.Identification());
+    const std::string source = folder.PathOf(programfile::restartSource);
+    if (const SystemError code = CopyThisFile(machine.files, source, restarter); code != error::success) {
+        Raise(machine.system, code, source);
     }
+    const SystemError code = machine.process.StartHidden(restarter, machine.process.Identification());
     if (code != error::success) {
-        Raise(code);
+        Raise(machine.system, code, restarter);
     }
+    machine.process.AllowForeground();
     caller.Unload();
 }
 

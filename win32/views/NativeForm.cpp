@@ -24,7 +24,7 @@ NativeForm::NativeForm(forms::Form& form, NativeLoop& loop)
       keyboard_(form, Window(), controls_, focus_, Poster()),
       backdrop_(form, Window(), controls_),
       messages_({Window(), place_, controls_, focus_, keyboard_, backdrop_}, loop,
-                [this] { loop_.Post(*this, [this] { form_.Unload(); }); }) {
+                [this] { loop_.Post(*this, [this] { form_.UserClosed(); }); }) {
     controls_.Adapt(Window(), place_.Dpi());
     place_.CutToScreen();
     place_.Mirror();

@@ -49,7 +49,65 @@ class TextMeasure {
 NativeControl::WindowKind NativeList::Kind() const {
     const DWORD selection = list_.MultiSelect ? LBS_EXTENDEDSEL : 0;
     return {WC_LISTBOXW, LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | WS_HSCROLL | WS_TABSTOP | selection,
-            WS_EX_CLIENTEDGE};
+            WS_EX_CLIENTEDGE, true};
+}
+
+int NativeList::LineWithFocus() const {
+    return static_cast<int>(Send(list_.MultiSelect ? LB_GETCARETINDEX : LB_GETCURSEL));
+}
+
+/// The next line that can be chosen; `from` when there is none. Empty lines cannot, nor a heading, which is what stands
+/// above an empty second line.
+int NativeList::NextChoice(int from, int step) const {
+    constexpr std::size_t headingLines = 2;
+    const bool hasHeading = shown_.size() > headingLines && shown_[headingLines - 1].empty();
+    for (int line = from + step; line >= 0 && line < static_cast<int>(shown_.size()); line += step) {
+        const auto at = static_cast<std::size_t>(line);
+        if (!shown_[at].empty() && !(hasHeading && at < headingLines)) {
+            return line;
+        }
+    }
+    return from;
+}
+
+/// Where a key leads that would come to a line which cannot be chosen, the line with the focus when nowhere; -1 for a
+/// key that does not come to any.
+int NativeList::Destination(WPARAM key) const {
+    const int focused = LineWithFocus();
+    const int first = NextChoice(-1, 1);
+    switch (key) {
+        case VK_UP:
+        case VK_DOWN: {
+            const int step = key == VK_UP ? -1 : 1;
+            const int next = NextChoice(focused, step);
+            return next == focused + step ? -1 : next;
+        }
+        case VK_PRIOR: {
+            RECT inner{};
+            GetClientRect(Window(), &inner);
+            const int height = std::max(1, static_cast<int>(Send(LB_GETITEMHEIGHT)));
+            return first > 0 && focused - inner.bottom / height < first ? first : -1;
+        }
+        case VK_HOME:
+            return first > 0 ? first : -1;
+        default:
+            return -1;
+    }
+}
+
+/// Lets the list take the last step by itself, so that it selects and reports as for any key.
+LRESULT NativeList::Handle(UINT message, WPARAM first, LPARAM second) {
+    const int line = message == WM_KEYDOWN ? Destination(first) : -1;
+    if (line < 0) {
+        return Default(message, first, second);
+    }
+    if (line == LineWithFocus()) {
+        return 0;
+    }
+    const bool down = first == VK_DOWN || line > 0;
+    const int before = down ? line - 1 : line + 1;
+    Send(list_.MultiSelect ? LB_SETCARETINDEX : LB_SETCURSEL, static_cast<WPARAM>(before));
+    return Default(message, down ? VK_DOWN : VK_UP, second);
 }
 
 void NativeList::MirrorContent(Aspect aspect) {

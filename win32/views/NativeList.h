@@ -19,6 +19,7 @@ class NativeList : public NativeControl {
  protected:
     WindowKind Kind() const override;
     void MirrorContent(forms::Aspect aspect) override;
+    LRESULT Handle(UINT message, WPARAM first, LPARAM second) override;
 
     /// Pixels that a line takes across besides its text.
     [[nodiscard]] virtual int MarginOfLines() const;
@@ -34,6 +35,9 @@ class NativeList : public NativeControl {
         std::vector<int> selected;
     };
 
+    [[nodiscard]] int LineWithFocus() const;
+    [[nodiscard]] int NextChoice(int from, int step) const;
+    [[nodiscard]] int Destination(WPARAM key) const;
     void MirrorItems();
     void ReplaceLines(std::size_t start, std::size_t removed, std::size_t added);
     void MirrorSelection();

@@ -3,6 +3,8 @@
 from __future__ import annotations
 
 import os
+import random
+import time
 from pathlib import Path
 
 import pytest
@@ -136,3 +138,71 @@ def test_a_killed_run_of_another_location_is_left_alone(machine: Machine) -> Non
 
     assert ended.code == 0, machine.errors()
     assert machine.copied() == [r"E:\Weekly\Small\a.doc"]
+
+
+class Versions:
+    """Sources that are changed between runs, and what each of them has held."""
+
+    def __init__(self, machine: Machine, files: int) -> None:
+        self._folder = machine.d / "Data"
+        self._saved = machine.e / "Daily" / "Data"
+        self._names = [f"folder {number % 5}/file {number}.dat" for number in range(files)]
+        self._version = 0
+        self._held: dict[str, set[bytes]] = {name: set() for name in self._names}
+
+    def write(self, part: float) -> None:
+        """Writes a new version of so many of the files, each later than all before."""
+        self._version += 1
+        for name in random.sample(self._names, int(len(self._names) * part)):
+            content = f"{self._version} {name} ".encode() * 200
+            write(self._folder / name, content, 10_000 - self._version)
+            self._held[name].add(content)
+
+    def copies(self) -> set[str]:
+        return {name for name in self._names if (self._saved / name).exists()}
+
+    def torn(self, journals: list[bytes]) -> list[str]:
+        """Saved copies that are no version that there ever was, and that no journal knows of."""
+        # Of a journal's groups only the last, and what could not be settled, may be torn.
+        pieces = [piece for journal in journals for piece in journal.split(b"group ")]
+        known = {
+            line.split(b"\t")[3]
+            for piece in (*pieces[-1:], *(piece for piece in pieces if b"unsettled" in piece))
+            for line in piece.splitlines()
+            if line.count(b"\t") == 4 and line.split(b"\t")[2] == b"n"
+        }
+        return [
+            name
+            for name in self.copies()
+            if (self._saved / name).read_bytes() not in self._held[name]
+            and f"Data\\{name}".replace("/", "\\").encode() not in known
+        ]
+
+
+def kill_at_random(machine: Machine, kills: int) -> None:
+    random.seed(kills)
+    versions = Versions(machine, 200)
+    machine.configure({DAILY: [r"D:\Data"]})
+    versions.write(1.0)
+    for number in range(kills):
+        copied_before = versions.copies()
+        process = machine.start(random.choice(("C", "C", "A")))
+        time.sleep(random.uniform(0.05, 0.5))
+        process.kill()
+        assert wait_until(lambda: not machine.running())
+        journals = [path.read_bytes() for path in (machine.e / "Daily").glob("~Marlok Backup.*.run")]
+        assert versions.torn(journals) == [], f"after kill {number + 1}"
+        assert copied_before <= versions.copies(), f"a copy is gone after kill {number + 1}"
+        if number % 10 == 9:
+            assert_repaired(machine, tree_of(machine.d))
+        versions.write(random.choice((0.1, 0.5, 1.0)))
+    assert_repaired(machine, tree_of(machine.d))
+
+
+def test_killed_at_random(machine: Machine) -> None:
+    kill_at_random(machine, 30)
+
+
+@pytest.mark.nightly
+def test_killed_a_thousand_times(machine: Machine) -> None:
+    kill_at_random(machine, 1000)

@@ -17,10 +17,9 @@ def configured(machine: Machine) -> Machine:
 
 def test_pending_deletions_are_made_and_the_list_is_used_up(machine: Machine) -> None:
     configured(machine)
-    write(machine.e / "Old" / "deep" / "a.doc", "to be deleted")
-    write(machine.e / "single.doc", "to be deleted")
+    (machine.e / "Old" / "deep").mkdir(parents=True)
     write(machine.e / "Kept" / "a.doc", "kept")
-    (machine.folder / DELETE_LIST).write_bytes(b"E:\\Old\r\n\r\nE:\\not there\r\nE:\\single.doc")
+    (machine.folder / DELETE_LIST).write_bytes(b"E:\\Old\r\n\r\nE:\\not there\r\n")
 
     assert machine.run("C").code == 0
 

@@ -175,10 +175,12 @@ def test_an_unknown_letter_copies_what_changed(machine: Machine) -> None:
     machine.configure({DAILY: [r"D:\Data"]})
     stale = write(machine.e / "Backups" / "Daily" / "stale.doc", "kept")
 
-    # The first argument is taken for the letter, whatever it is.
-    assert run_clean(machine, "x") == [DAILY + r"\Data\letter.doc"]
+    # The first argument is taken for the letter, whatever it is; one that is none is reported.
+    assert machine.run("x").code == 1
 
+    assert machine.copied() == [DAILY + r"\Data\letter.doc"]
     assert stale.exists()
+    assert [line.partition(":")[0] for line in machine.errors()] == ["x"]
 
 
 def test_a_location_that_is_not_configured_leaves_a_log_of_one_line(machine: Machine) -> None:
