@@ -250,10 +250,18 @@ void RunJournal::TakeGroups(const JournalText& text) {
 /// saved in this place.
 void RunJournal::TakeOriginal(const JournalEntry& entry) {
     const std::string target = location_.Below(entry.target);
+    if (location_.SavedPathOf(entry.source) != target) {
+        return;
+    }
     DirectoryEntry saved;
-    if (location_.SavedPathOf(entry.source) == target && files_.GetEntry(target, saved) == error::success &&
-        !saved.IsFolder() && saved.size == entry.size) {
+    const SystemError looked = files_.GetEntry(target, saved);
+    if (looked == error::success && !saved.IsFolder() && saved.size == entry.size) {
         originals_.push_back(entry.source);
+    } else if (looked != error::success && !IsMissing(looked)) {
+        // Not forgotten: copied anew, and listed then.
+        JournalEntry unknown = entry;
+        unknown.replaces = false;
+        Suspect(unknown);
     }
 }
 

@@ -210,6 +210,18 @@ TEST_F(RunJournalTest, OnlyTheLastGroupCanBeTornAndThoseBeforeAreListed) {
     EXPECT_TRUE(journal.MayBeTorn(R"(Data\torn.doc)"));
 }
 
+TEST_F(RunJournalTest, AWholeCopyThatCannotBeLookedAtIsCopiedAnew) {
+    machine.Seed({{R"(E:\Save\Data\early.doc)", "one", At(11, 0)}, {R"(E:\Save\Data\last.doc)", "one", At(11, 0)}});
+    WriteJournal({{Entry(R"(Data\early.doc)")}, {Entry(R"(Data\last.doc)")}});
+    machine.faults.FailWhen([](const Step& step) {
+        return step.operation == "GetEntry" && step.path == R"(E:\Save\Data\early.doc)" ? error::ioDevice
+                                                                                        : error::success;
+    });
+    const RunJournal journal = Loaded();
+    EXPECT_THAT(journal.Originals(), IsEmpty());
+    EXPECT_TRUE(journal.MayBeTorn(R"(Data\early.doc)"));
+}
+
 TEST_F(RunJournalTest, ASourceIsBelievedOnlyWhereItIsSavedInThatPlace) {
     machine.Seed({{R"(E:\Save\Data\a.doc)", "one", At(10, 0)}});
     JournalEntry lie = Entry(R"(Data\a.doc)");
