@@ -13,6 +13,7 @@
 #include "fileops/txtFunctions.h"
 #include "platform/RuntimeError.h"
 #include "text/Lines.h"
+#include "ui/Help.h"
 #include "ui/frmSSTab.h"
 #include "ui/run/Form6.h"
 
@@ -119,6 +120,7 @@ void Main(Session& session, forms::Windows& windows) {
         session.exitCode = exitcode::nothingRan;
         return;
     }
+    windows.OpenHelp = [&machine](const std::string& section) { ui::OpenHelp(machine, section); };
     DeletePending(session);
     ClearFlags(session);
     session.gSettings = std::make_unique<CRegSettings>(machine.registry, machine.system);
