@@ -28,7 +28,7 @@ SYSTEM_LIBRARIES = set(
     """advapi32 comctl32 comdlg32 gdi32 kernel32 msvcrt ole32 oleaut32 shell32 shlwapi user32 uxtheme version
     wininet""".split()
 )
-MUST_SHIP = {"Marlok Backup.exe", "Restart.sec", "LICENSE", "pc21.gif"}
+MUST_SHIP = {"Marlok Backup.exe", "Restart.sec", "LICENSE", "THIRD-PARTY-LICENSES", "Help.html", "pc21.gif"}
 MAY_SHIP = {"Backup.hlp"}
 
 
