@@ -584,7 +584,7 @@ class Machine:
     def asked_of_browser(self) -> list[str]:
         """The addresses that programs of this machine have opened in the browser, in order, since it was made."""
         log = self._wine.prefix / BROWSER_LOG
-        return log.read_text().split() if log.exists() else []
+        return log.read_text().replace('"', "").split() if log.exists() else []
 
     def running(self) -> dict[int, str]:
         """The programs of this test's program folder that run now, whoever started them: their command lines by process
