@@ -143,9 +143,27 @@ FunctionEnd
     ${EndIf}
 !macroend
 
-; Tries to write in $INSTDIR. $R9 = 0 when it can be used; leaves nothing behind.
+; $R9 = 2 when a file of that name is in $INSTDIR.
+!macro IsTaken name
+    ${If} ${FileExists} "$INSTDIR\${name}"
+        StrCpy $R9 2
+    ${EndIf}
+!macroend
+
+; Whether $INSTDIR can be used: $R9 is 0, or 1 when it cannot be written to, or 2 when files of others are there under the
+; names of ours: they would be replaced. A folder with the program is its own, and so is one in which a set-up was broken
+; off. Leaves nothing behind.
 Function TryFolder
     StrCpy $R9 0
+    ${IfNot} ${FileExists} "$INSTDIR\${PROGRAM}"
+    ${AndIfNot} ${FileExists} "$INSTDIR\${FRESH}\*.*"
+        !insertmacro ForEachFile IsTaken
+        !insertmacro IsTaken "Uninstall.exe"
+        !insertmacro IsTaken "Restart.exe"
+        ${If} $R9 <> 0
+            Return
+        ${EndIf}
+    ${EndIf}
     !insertmacro IsBelow "$PROGRAMFILES64"
     !insertmacro IsBelow "$PROGRAMFILES32"
     !insertmacro IsBelow "$WINDIR"
@@ -170,12 +188,19 @@ Function TryFolder
     ${EndIf}
 FunctionEnd
 
-!define FOLDER_MESSAGE "The program cannot be installed in$\r$\n$INSTDIR$\r$\n$\r$\nIt keeps its logs and lists beside itself, so it needs a folder that you may write to. Choose another one."
+; Says why $INSTDIR cannot be used; without a word when it can, or when the set-up is silent.
+Function TryFolderAloud
+    Call TryFolder
+    ${If} $R9 = 1
+        MessageBox MB_OK|MB_ICONEXCLAMATION "The program cannot be installed in$\r$\n$INSTDIR$\r$\n$\r$\nIt keeps its logs and lists beside itself, so it needs a folder that you may write to. Choose another one." /SD IDOK
+    ${ElseIf} $R9 = 2
+        MessageBox MB_OK|MB_ICONEXCLAMATION "The program cannot be installed in$\r$\n$INSTDIR$\r$\n$\r$\nFiles there that are not its own have the names of its files. Choose a folder of its own for it." /SD IDOK
+    ${EndIf}
+FunctionEnd
 
 Function CheckFolder
-    Call TryFolder
+    Call TryFolderAloud
     ${If} $R9 <> 0
-        MessageBox MB_OK|MB_ICONEXCLAMATION "${FOLDER_MESSAGE}"
         Abort
     ${EndIf}
 FunctionEnd
@@ -222,9 +247,8 @@ FunctionEnd
 
 Section "${PRODUCT}"
     SectionIn RO
-    Call TryFolder
+    Call TryFolderAloud
     ${If} $R9 <> 0
-        MessageBox MB_OK|MB_ICONEXCLAMATION "${FOLDER_MESSAGE}" /SD IDOK
         SetErrorLevel ${EXIT_WRONG_FOLDER}
         Quit
     ${EndIf}

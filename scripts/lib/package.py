@@ -62,7 +62,9 @@ def version_of(repo: Path) -> str:
     for file, wanted in (
         ("resources/version.rcinc", [f"FILEVERSION {numbers}", f"PRODUCTVERSION {numbers}", f'"{version}.0"']),
         ("resources/program.manifest", [f'name="Marlok.Backup" version="{version}.0"']),
-        ("CHANGELOG.md", [version]),
+        ("ui/frmAbout.h", [f'"Version {version}"']),
+        ("docs/guide.md", [f"Marlok-Backup-{version}-setup.exe"]),
+        ("CHANGELOG.md", [f"## {version} "]),
     ):
         text = (repo / file).read_text(encoding="utf-8")
         for words in wanted:

@@ -38,16 +38,16 @@ class SetUp:
 
     def _command(self, *arguments: str) -> list[str]:
         # Folders go without quotation marks, blanks and all: as several words.
-        return [str(self._program), "/S", *(word for argument in arguments for word in argument.split(" "))]
+        return [str(self._program), *(word for argument in arguments for word in argument.split(" "))]
 
     def run(self, *arguments: str, timeout: float = 60) -> int:
         """Installs silently; the exit code."""
-        return self._wine.run(self._command(*arguments), timeout=timeout).returncode
+        return self._wine.run(self._command("/S", *arguments), timeout=timeout).returncode
 
-    def begin(self, *arguments: str) -> subprocess.Popen[bytes]:
-        """Begins to install silently."""
+    def begin(self, silent: bool = True) -> subprocess.Popen[bytes]:
+        """Begins to install."""
         return subprocess.Popen(
-            self._wine.command(*self._command(*arguments)), env=self._wine.env, stdin=subprocess.DEVNULL,
+            self._wine.command(*self._command(*["/S"] * silent)), env=self._wine.env, stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)  # fmt: skip
 
     def install(self, *arguments: str) -> None:

@@ -208,10 +208,18 @@ def test_a_library_that_nobody_has_looked_at_stops_the_build() -> None:
 
 
 def test_versions_that_do_not_agree_are_refused(tmp_path: Path) -> None:
-    for name in ("CMakeLists.txt", "CHANGELOG.md", "resources/version.rcinc", "resources/program.manifest"):
+    places = ("resources/version.rcinc", "resources/program.manifest", "ui/frmAbout.h", "docs/guide.md", "CHANGELOG.md")
+    for name in ("CMakeLists.txt", *places):
         (tmp_path / name).parent.mkdir(exist_ok=True)
         (tmp_path / name).write_text((REPO / name).read_text(encoding="utf-8"), encoding="utf-8")
     version = package.version_of(tmp_path)
+    for name in places:
+        text = (tmp_path / name).read_text(encoding="utf-8")
+        numbers = version.replace(".", ",")
+        (tmp_path / name).write_text(text.replace(version, "9.9.9").replace(numbers, "9,9,9"), encoding="utf-8")
+        with pytest.raises(package.PackageError, match=f"{name} is not of version"):
+            package.version_of(tmp_path)
+        (tmp_path / name).write_text(text, encoding="utf-8")
     later = (tmp_path / "CMakeLists.txt").read_text().replace(f"VERSION {version} ", "VERSION 9.9.9 ")
     (tmp_path / "CMakeLists.txt").write_text(later)
     with pytest.raises(package.PackageError, match="not of version 9.9.9"):

@@ -9,6 +9,8 @@ from harness import ERROR_LOG, PROGRAM, RUN_LOG, Machine, read_link, tree_of, wa
 from setup_program import DONE, NOT_WRITTEN, RUNNING, UNINSTALLER, WRONG_FOLDER, WRONG_WINDOWS, SetUp
 
 LOCATION = r"E:\Backups\Daily"
+TITLE = "Marlok Backup Utility"
+SETUP_TITLE = "Marlok Backup Utility Setup "  # the blank is NSIS's
 LIST = Path("Backups", "Daily.txt")
 
 
@@ -87,6 +89,38 @@ def test_nothing_is_installed_where_the_user_cannot_write(setup: SetUp, wine, ma
         assert not (wine.prefix / "drive_c" / place / "Marlok").exists()
     assert (machine.d / "file").read_text() == "a file, no folder"
     assert not setup.folder.exists()
+
+
+def test_files_of_others_are_not_replaced(setup: SetUp, machine: Machine) -> None:
+    for number, name in enumerate(("LICENSE", "Uninstall.exe", "Restart.exe", "help.HTML")):
+        folder = machine.d / f"Project{number}"
+        write(folder / name, "none of the program's")
+        before = tree_of(folder)
+        assert setup.run(rf"/D=D:\Project{number}") == WRONG_FOLDER, name
+        assert tree_of(folder) == before
+    # What the program leaves behind when it is removed is no such file, nor is any other.
+    write(machine.d / "Project" / "Backup Report.txt", "of an earlier installation")
+    write(machine.d / "Project" / "main.c", "none of the program's")
+    assert setup.run(r"/D=D:\Project") == DONE
+    assert (machine.d / "Project" / "main.c").read_text() == "none of the program's"
+
+
+def test_a_person_installs_with_three_clicks(setup: SetUp, machine: Machine) -> None:
+    window = machine.window(SETUP_TITLE)
+    running = setup.begin(silent=False)
+    window.click("Next >")
+    window.click("Install")
+    window.click("Finish")  # "Start Marlok Backup Utility" is marked
+    assert running.wait(20) == DONE
+    machine.folder, machine.windows_folder = setup.folder, setup.windows_folder
+    program = machine.window(TITLE)
+    assert program.tabs()
+    # The next one asks for the program's end, and takes no for an answer.
+    running = setup.begin(silent=False)
+    assert "is running" in " ".join(machine.answer(SETUP_TITLE, "", "Cancel").texts)
+    assert running.wait(20) == RUNNING
+    program.close()
+    assert wait_until(lambda: not machine.running(), 15)
 
 
 def test_an_older_windows_is_refused(setup: SetUp, wine) -> None:

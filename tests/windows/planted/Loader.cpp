@@ -1,5 +1,5 @@
-// Loads a library by its name, as a program does that takes no care: load_by_name NAME. The exit code is 0 when there is
-// such a library.
+// Loads a library by its name, as a program does that takes no care: load_by_name NAME. The exit code is 0 when there
+// is such a library.
 
 #include <windows.h>
 

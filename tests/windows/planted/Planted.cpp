@@ -32,13 +32,13 @@ __declspec(dllexport) DWORD WINAPI GetFileVersionInfoSizeW(const wchar_t* /*path
     return 0;
 }
 
-__declspec(dllexport) BOOL WINAPI GetFileVersionInfoW(const wchar_t* /*path*/, DWORD /*unused*/, DWORD /*size*/,
-                                                      void* /*data*/) {
+__declspec(dllexport) BOOL WINAPI
+    GetFileVersionInfoW(const wchar_t* /*path*/, DWORD /*unused*/, DWORD /*size*/, void* /*data*/) {
     return FALSE;
 }
 
-__declspec(dllexport) BOOL WINAPI VerQueryValueW(const void* /*block*/, const wchar_t* /*name*/, void** /*value*/,
-                                                 UINT* /*size*/) {
+__declspec(dllexport) BOOL WINAPI
+    VerQueryValueW(const void* /*block*/, const wchar_t* /*name*/, void** /*value*/, UINT* /*size*/) {
     return FALSE;
 }
 
