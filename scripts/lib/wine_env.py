@@ -31,11 +31,11 @@ from pathlib import Path
 REPO = Path(__file__).resolve().parents[2]
 
 # Raised when the way the template is made changes, so that old ones are not used any more.
-TEMPLATE_VERSION = 5
+TEMPLATE_VERSION = 6
 
 # A browser that writes the addresses it is given to this file of a machine, a line each, in quotation marks.
 BROWSER_LOG = Path("drive_c", "asked.txt")
-_BROWSER = r'C:\\windows\\system32\\cmd.exe /c echo \\"%1\\">>C:\\asked.txt'
+_BROWSER = r'C:\\windows\\system32\\cmd.exe /c echo \"%1\">>C:\\asked.txt'
 
 _MAX_SLOTS = 100
 _USUAL_DOTS_PER_INCH = 96
