@@ -19,9 +19,10 @@ REPO = Path(__file__).resolve().parents[2]
 APART = 2.0  # seconds
 
 
-def build(checkout: Path, zone: str) -> Path:
-    """Makes the packages in a checkout of its own; their folder."""
-    subprocess.run(["git", "clone", "--quiet", "--no-hardlinks", str(REPO), str(checkout)], check=True)
+def build(checkout: Path, commit: str, zone: str) -> Path:
+    """Makes the packages of a commit in a checkout of its own; their folder."""
+    subprocess.run(["git", "clone", "--quiet", "--no-checkout", "--no-hardlinks", str(REPO), str(checkout)], check=True)
+    subprocess.run(["git", "checkout", "--quiet", "--detach", commit], cwd=checkout, check=True)
     environment = dict(os.environ, CCACHE_DISABLE="1", TZ=zone)
     environment.pop("SOURCE_DATE_EPOCH", None)
     subprocess.run(["scripts/package"], cwd=checkout, env=environment, check=True, stdout=subprocess.DEVNULL)
@@ -52,10 +53,12 @@ def main(arguments: list[str]) -> int:
     folder = Path(arguments[0]) if arguments else REPO / "build" / "reproducible"
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
+    # Of one commit, even when another is made while this lasts.
+    commit = subprocess.run(["git", "rev-parse", "HEAD"], cwd=REPO, capture_output=True, text=True, check=True).stdout.strip()
     try:
-        first = build(folder / "a", "UTC")
+        first = build(folder / "a", commit, "UTC")
         time.sleep(APART)
-        second = build(folder / "somewhere" / "further" / "down", "America/New_York")
+        second = build(folder / "somewhere" / "further" / "down", commit, "America/New_York")
         faults = compare(first, second)
         for fault in faults:
             print(fault)
