@@ -5,14 +5,11 @@
 #include "app/CommandLine.h"
 #include "app/Form2.h"
 #include "app/frmStartUp.h"
+#include "engine/PendingDeletions.h"
+#include "engine/ReportBox.h"
 #include "engine/RunLog.h"
 #include "engine/RunReport.h"
-#include "fileops/Deleting.h"
-#include "fileops/Errors.h"
-#include "fileops/FolderFunctions.h"
-#include "fileops/txtFunctions.h"
 #include "platform/RuntimeError.h"
-#include "text/Lines.h"
 #include "ui/Help.h"
 #include "ui/frmSSTab.h"
 #include "ui/run/Form6.h"
@@ -31,25 +28,23 @@ struct Configured {
     int sources = 0;
 };
 
+/// What could not be deleted is in the error log, and shown; where nobody watches, the run's report has it too.
 void DeletePending(Session& session) {
     Machine& machine = session.machine;
-    const std::string list = session.gAppFolder.PathOf(programfile::deleteFolder);
-    if (!FileExists(machine.files, list)) {
+    const RunReport report = CarryOutPendingDeletions(machine);
+    if (report.Lines().empty()) {
         return;
     }
-    std::string text;
-    const SystemError code = ReadText(machine.files, machine.system, list, text);
-    if (code != error::success) {
-        Raise(code);
+    const bool logged = WriteErrorLog(machine, report) == error::success;
+    if (SplitCommandLine(machine.process.Arguments()).empty()) {
+        const std::string text = ReportBoxText(machine.system, report, logged);
+        machine.desktop.ShowMessage(text, messagestyle::ok | messagestyle::information, infoTitle);
+        return;
     }
-    for (const std::string& path : text::SplitLines(text)) {
-        if (!path.empty()) {
-            // A folder that cannot be deleted stays: an empty folder harms nobody.
-            static_cast<void>(DeleteThisFile(machine.files, path));
-        }
+    for (const RunReport::Line& line : report.Lines()) {
+        machine.process.WriteError(line.path + ": " + ReasonOf(machine.system, line));
     }
-    // The list is read once, whatever becomes of its file.
-    static_cast<void>(DeleteThisFile(machine.files, list));
+    session.atStart = report;
 }
 
 /// Counts locations and sources. The number of a source is deliberately not set back to the first for the next

@@ -10,6 +10,7 @@
 #include "fileops/txtFunctions.h"
 #include "paths/ProgramFiles.h"
 #include "text/Lines.h"
+#include "text/Surrogates.h"
 #include "text/Text.h"
 
 namespace marlok {
@@ -62,6 +63,7 @@ void AddLines(std::vector<std::string>& lines, const std::string& heading, const
 
 std::vector<std::string> Reasons(SystemInfo& system, const std::vector<RunReport::Line>& from) {
     std::vector<std::string> reasons;
+    reasons.reserve(from.size());
     for (const RunReport::Line& line : from) {
         reasons.push_back(line.path + ": " + ReasonOf(system, line));
     }
@@ -105,7 +107,7 @@ SystemError ReadHistory(Machine& machine, std::vector<HistoryLine>& history) {
     const ProgramFolder folder(machine.process.ProgramFolder());
     std::string text;
     const SystemError code = ReadText(machine.files, machine.system, folder.PathOf(programfile::history), text);
-    for (const std::string& line : text::SplitLines(text)) {
+    for (const std::string& line : text::SplitLines(text::UnescapeSurrogates(text))) {
         if (auto parsed = ParseHistoryLine(line)) {
             history.push_back(std::move(*parsed));
         }
@@ -125,6 +127,7 @@ std::string BackupReportText(SystemInfo& system, const std::vector<Location>& lo
         "Seconds:   " + std::to_string(report.milliseconds / 1000),
     };
     std::vector<std::string> run;
+    run.reserve(report.outcomes.size());
     for (const RunReport::Outcome& outcome : report.outcomes) {
         run.push_back(outcome.location + (outcome.well ? ": all is saved" : ": something is not saved"));
     }
@@ -133,6 +136,7 @@ std::string BackupReportText(SystemInfo& system, const std::vector<Location>& lo
     AddLines(lines, "Notes:", Reasons(system, report.Notes()));
     AddLines(lines, "Different, but not copied (older than the saved copy, or of the same time):", report.different);
     std::vector<std::string> known;
+    known.reserve(locations.size());
     for (const Location& location : locations) {
         known.push_back(location.Path() + ": last went well " + LastTime(history, location, true) + ", last failed " +
                         LastTime(history, location, false));
@@ -144,7 +148,7 @@ std::string BackupReportText(SystemInfo& system, const std::vector<Location>& lo
 void WriteBackupReport(Machine& machine, const std::vector<Location>& locations, RunReport& report) {
     const ProgramFolder folder(machine.process.ProgramFolder());
     const auto save = [&](const char* name, const std::string& text) {
-        const SystemError code = SaveWholeFile(machine.files, folder.PathOf(name), text);
+        const SystemError code = SaveWholeFile(machine.files, folder.PathOf(name), text::EscapeSurrogates(text));
         if (code != error::success) {
             report.Add(folder.PathOf(name), code);
         }
@@ -157,6 +161,7 @@ void WriteBackupReport(Machine& machine, const std::vector<Location>& locations,
     }
     if (read == error::success) {
         std::vector<std::string> lines;
+        lines.reserve(history.size());
         for (const HistoryLine& line : history) {
             lines.push_back(FormatHistoryLine(line));
         }

@@ -20,6 +20,9 @@ BackupRun::~BackupRun() {
 RunReport BackupRun::Run() {
     const std::uint64_t start = machine_.clock.TickCount();
     report_.start = machine_.clock.Now();
+    for (const RunReport::Line& line : plan_.atStart.Lines()) {
+        report_.Note(line.path, ReasonOf(machine_.system, line));
+    }
     for (const Location& location : plan_.locations) {
         if (!sink_.GoOn()) {
             break;

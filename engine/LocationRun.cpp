@@ -309,7 +309,11 @@ void LocationRun::Finish(bool listed) {
 bool LocationRun::ListOriginals(const std::vector<std::string>& originals) {
     OriginalPathList list(tools_.machine, location_);
     const SystemError code = list.Add(originals);
-    if (code != error::success) {
+    // After a killed run it is written twice; what stands against the first writing most likely does against the
+    // second.
+    const bool reported = std::ranges::any_of(
+        report_.Lines(), [&](const RunReport::Line& line) { return line.path == list.Path() && line.code == code; });
+    if (code != error::success && !reported) {
         report_.Add(list.Path(), code);
     }
     return code == error::success;

@@ -1,13 +1,17 @@
 #include "engine/OriginalPathList.h"
 
 #include <algorithm>
+#include <unordered_map>
+#include <utility>
 
+#include "engine/PathLines.h"
 #include "engine/PathLookup.h"
 #include "fileops/Deleting.h"
 #include "fileops/FolderFunctions.h"
 #include "fileops/WholeFiles.h"
 #include "fileops/txtFunctions.h"
 #include "paths/Path.h"
+#include "paths/Roots.h"
 #include "text/Lines.h"
 #include "text/Text.h"
 
@@ -25,6 +29,63 @@ std::vector<std::string> Folded(const std::vector<std::string>& texts) {
         folded.push_back(text::Fold(text));
     }
     return folded;
+}
+
+/// What `line` is called below its root, which is what its saved copy is called below the location; "" without a root.
+std::string_view AfterRoot(std::string_view line) {
+    switch (RootOf(line).kind) {
+        case PathRoot::Kind::drive:
+            return line.substr(RootOf(line).length);
+        case PathRoot::Kind::network:
+            return line.substr(2);
+        default:
+            return "";
+    }
+}
+
+/// For each name the lines, by their numbers in ascending order, that are a root and that name, letter case ignored.
+std::vector<std::vector<std::size_t>> LinesCalled(const std::vector<std::string>& lines,
+                                                  const std::vector<std::string>& names) {
+    std::unordered_map<std::string, std::vector<std::size_t>> byName;
+    for (const std::string& name : names) {
+        byName.try_emplace(text::Fold(name));
+    }
+    for (std::size_t line = 0; line < lines.size(); ++line) {
+        const std::string_view after = AfterRoot(lines[line]);
+        const auto found = byName.find(text::Fold(after));
+        if (!after.empty() && found != byName.end()) {
+            found->second.push_back(line);
+        }
+    }
+    std::vector<std::vector<std::size_t>> called;
+    called.reserve(names.size());
+    for (const std::string& name : names) {
+        called.push_back(byName.at(text::Fold(name)));
+    }
+    return called;
+}
+
+/// What these lines, all of them a root and `name`, say. Lines that differ in letter case alone are of one file; of a
+/// file that is listed in another letter case only, they say nothing.
+FoundOriginal OriginalOf(const std::vector<std::string>& lines, const std::vector<std::size_t>& called,
+                         const std::string& name) {
+    FoundOriginal found;
+    for (const std::size_t line : called) {
+        const bool known = std::ranges::any_of(
+            found.paths, [&](const std::string& path) { return text::EqualIgnoringCase(path, lines[line]); });
+        if (!known) {
+            found.paths.push_back(lines[line]);
+        }
+    }
+    if (found.paths.size() > 1) {
+        found.kind = FoundOriginal::Kind::several;
+        return found;
+    }
+    const auto exact = std::ranges::find_if(called, [&](std::size_t line) { return AfterRoot(lines[line]) == name; });
+    if (exact == called.end()) {
+        return {};
+    }
+    return {FoundOriginal::Kind::one, {lines[*exact]}};
 }
 
 }  // namespace
@@ -68,7 +129,7 @@ OriginalPathList::OriginalPathList(Machine& machine, const Location& location)
     : OriginalPathList(machine, location.OriginalList(ProgramFolder(machine.process.ProgramFolder()))) {}
 
 OriginalPathList::State OriginalPathList::Load() {
-    code_ = ReadText(machine_.files, machine_.system, path_, text_);
+    code_ = ReadPathLines(machine_.files, machine_.system, path_, text_);
     if (code_ == error::success) {
         return State::read;
     }
@@ -85,12 +146,16 @@ std::vector<std::string> OriginalPathList::Lines() const {
     return lines;
 }
 
-std::vector<std::optional<std::string>> OriginalPathList::FindAll(const std::vector<std::string>& names) const {
-    std::vector<std::optional<std::string>> originals(names.size());
+std::vector<FoundOriginal> OriginalPathList::FindAll(const std::vector<std::string>& names) const {
+    const std::vector<std::string> lines = Lines();
+    const std::vector<std::vector<std::size_t>> called = LinesCalled(lines, names);
     const std::vector<std::size_t> places = FirstOccurrences(text_, names);
+    std::vector<FoundOriginal> originals;
+    originals.reserve(names.size());
     for (std::size_t i = 0; i < names.size(); ++i) {
-        if (places[i] != notFound) {
-            originals[i] = OriginalPathAt(text_, places[i], names[i]);
+        originals.push_back(OriginalOf(lines, called[i], names[i]));
+        if (originals.back().kind == FoundOriginal::Kind::notListed && places[i] != notFound) {
+            originals.back() = {FoundOriginal::Kind::one, {OriginalPathAt(text_, places[i], names[i])}};
         }
     }
     return originals;
@@ -117,18 +182,24 @@ SystemError OriginalPathList::Add(const std::vector<std::string>& originals) {
         text_ += "\r\n";
     }
     text_ += added;
-    return SaveWholeFile(machine_.files, path_, text_);
+    return SaveWholeFile(machine_.files, path_, EncodePathLines(text_));
 }
 
-void OriginalPathList::RemoveFirstContaining(const std::vector<std::string>& names) {
+void OriginalPathList::RemoveFirst(const std::vector<std::string>& names, const LineRule& mayGo) {
     const std::vector<std::string> lines = Lines();
+    const std::vector<std::vector<std::size_t>> called = LinesCalled(lines, names);
+    const std::vector<std::vector<std::size_t>> containing =
+        LinesContaining(text::Fold(text::JoinLines(lines)), Folded(names));
     std::vector<bool> removed(lines.size(), false);
-    for (const std::vector<std::size_t>& containing :
-         LinesContaining(text::Fold(text::JoinLines(lines)), Folded(names))) {
-        const auto first = std::ranges::find_if(containing, [&](std::size_t line) { return !removed[line]; });
-        if (first != containing.end()) {
+    const auto removeOneOf = [&](const std::vector<std::size_t>& numbers) {
+        const auto first =
+            std::ranges::find_if(numbers, [&](std::size_t line) { return !removed[line] && mayGo(lines[line]); });
+        if (first != numbers.end()) {
             removed[*first] = true;
         }
+    };
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        removeOneOf(called[i].empty() ? containing[i] : called[i]);
     }
     std::vector<std::string> kept;
     for (std::size_t line = 0; line < lines.size(); ++line) {
@@ -139,13 +210,17 @@ void OriginalPathList::RemoveFirstContaining(const std::vector<std::string>& nam
     SetLines(kept);
 }
 
-void OriginalPathList::RemoveContaining(const std::vector<std::string>& paths) {
+void OriginalPathList::RemoveBelow(const std::vector<std::string>& paths, const LineRule& mayGo) {
+    std::vector<std::string> starts;  // with "\" at their ends: whole components are compared
+    starts.reserve(paths.size());
+    for (const std::string& path : paths) {
+        starts.push_back(text::Fold(AddBackslash(path)));
+    }
     std::vector<std::string> lines = Lines();
-    const std::vector<std::string> folded = Folded(paths);
-    std::erase_if(lines, [&folded](const std::string& line) {
-        const std::string here = text::Fold(line);
-        return std::ranges::any_of(folded,
-                                   [&](const std::string& path) { return here.find(path) != std::string::npos; });
+    std::erase_if(lines, [&](const std::string& line) {
+        const std::string here = text::Fold(AddBackslash(line));
+        return std::ranges::any_of(starts, [&](const std::string& start) { return here.starts_with(start); }) &&
+               mayGo(line);
     });
     SetLines(lines);
 }
@@ -156,7 +231,7 @@ void OriginalPathList::SetLines(const std::vector<std::string>& lines) {
 
 SystemError OriginalPathList::Save(NothingLeft nothingLeft) {
     if (!text_.empty()) {
-        return SaveWholeFile(machine_.files, path_, text_);
+        return SaveWholeFile(machine_.files, path_, EncodePathLines(text_));
     }
     if (nothingLeft == NothingLeft::keepsTheOldList) {
         return error::success;

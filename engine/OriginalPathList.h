@@ -1,6 +1,6 @@
 #pragma once
 
-#include <optional>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,6 +25,25 @@ namespace marlok {
 /// without its drive root. The first occurrence counts, also inside a longer line; letter case matters. "" and
 /// `gSearchOn` false when `name` does not occur; "" and `gSearchOn` as it was when OriginalPathAt finds none.
 [[nodiscard]] std::string FindOriginalPath(std::string_view text, const std::string& name, bool& gSearchOn);
+
+/// What a list of original paths says of a saved file. True when it names one original.
+struct FoundOriginal {
+    enum class Kind {
+        notListed,
+        one,      ///< `paths` holds it: "" when its line holds no full path (see OriginalPathAt)
+        several,  ///< files of that path on several drives were saved in this one place; `paths` holds them all
+    };
+    Kind kind = Kind::notListed;
+    std::vector<std::string> paths;
+
+    explicit operator bool() const { return kind == Kind::one; }
+
+    /// The one original.
+    const std::string& operator*() const { return paths.front(); }
+};
+
+/// Decides about a line of a list of original paths.
+using LineRule = std::function<bool(const std::string& line)>;
 
 /// A location's list of original paths: one full path of a source a line. The file is the old list or the new one at
 /// any moment. What could not be read is never written back.
@@ -53,20 +72,21 @@ class OriginalPathList {
     /// Its lines, empty ones left out.
     [[nodiscard]] std::vector<std::string> Lines() const;
 
-    /// The original paths of saved files, looked up all at once by their names below the location; nothing for a name
-    /// that is not in the list, and "" for one without a full path (see FindOriginalPath).
-    [[nodiscard]] std::vector<std::optional<std::string>> FindAll(const std::vector<std::string>& names) const;
+    /// The original paths of saved files, looked up all at once by their names below the location. The line that is a
+    /// root and the name, to the letter, is the original; without one the first occurrence counts (FindOriginalPath).
+    [[nodiscard]] std::vector<FoundOriginal> FindAll(const std::vector<std::string>& names) const;
 
     /// Reads the list, adds at its end those of `originals` that do not occur in it yet, and saves it; makes the file,
     /// and the folder it lies in, when missing. Returns `error::success` or why it is unchanged.
     [[nodiscard]] SystemError Add(const std::vector<std::string>& originals);
 
-    /// For each name in turn, takes out the first line left that contains it, letter case ignored: at most one line for
-    /// each.
-    void RemoveFirstContaining(const std::vector<std::string>& names);
+    /// For each name in turn takes out one line at most: the first one left that is a root and the name, else the first
+    /// one left that contains the name; letter case ignored. Lines that `mayGo` is false for stay, whatever they hold.
+    void RemoveFirst(const std::vector<std::string>& names, const LineRule& mayGo);
 
-    /// Takes out every line that contains one of `paths`, letter case ignored.
-    void RemoveContaining(const std::vector<std::string>& paths);
+    /// Takes out the lines of the files and folders `paths` and of what lies below them, letter case ignored, which
+    /// `mayGo` is true for.
+    void RemoveBelow(const std::vector<std::string>& paths, const LineRule& mayGo);
 
     /// Makes these the lines.
     void SetLines(const std::vector<std::string>& lines);

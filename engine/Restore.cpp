@@ -1,7 +1,5 @@
 #include "engine/Restore.h"
 
-#include <optional>
-
 #include "engine/OriginalPathList.h"
 #include "fileops/Deleting.h"
 #include "fileops/Errors.h"
@@ -23,6 +21,15 @@ bool IsPlainOriginal(const std::string& original) {
     const bool hasRoot = root.kind == PathRoot::Kind::drive || root.kind == PathRoot::Kind::network;
     return hasRoot && IsPlainRelativePath(original.substr(root.kind == PathRoot::Kind::drive ? root.length : 0)) &&
            !original.ends_with('\\');
+}
+
+/// Nobody can tell any more which of them the saved copy was made of.
+std::string SeveralOriginals(const FoundOriginal& found) {
+    std::string sentence = "not replaced: the list of original paths names several originals for it";
+    for (const std::string& path : found.paths) {
+        sentence += (&path == &found.paths.front() ? ": " : ", ") + path;
+    }
+    return sentence;
 }
 
 bool Exists(FileSystem& files, const std::string& path) {
@@ -92,10 +99,13 @@ SystemError RestoreFiles(Machine& machine, const Location& location, const std::
     for (const std::string& path : saved) {
         names.push_back(location.RelativeNameOf(path));
     }
-    const std::vector<std::optional<std::string>> originals = list.FindAll(names);
+    const std::vector<FoundOriginal> originals = list.FindAll(names);
     for (std::size_t k = 0; k < saved.size(); ++k) {
         result.lastNotLocated = false;
-        if (!originals[k]) {
+        if (originals[k].kind == FoundOriginal::Kind::several) {
+            result.report.Add(saved[k], SeveralOriginals(originals[k]));
+            ++result.report.failed;
+        } else if (!originals[k]) {
             result.notListed = Counted(result.notListed);
             sink.NotListed(saved[k]);
         } else if (!IsFile(machine.files, saved[k])) {

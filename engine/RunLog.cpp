@@ -9,6 +9,7 @@
 #include "paths/Path.h"
 #include "paths/ProgramFiles.h"
 #include "settings/BackupSettings.h"
+#include "text/Surrogates.h"
 
 namespace marlok {
 
@@ -78,7 +79,7 @@ SystemError WriteErrorLog(Machine& machine, const RunReport& report) {
         static_cast<void>(ForceDelete(machine.files, path));
         return error::success;
     }
-    const std::string text = ErrorLogText(machine.system, report);
+    const std::string text = text::EscapeSurrogates(ErrorLogText(machine.system, report));
     const SystemError code = SaveWholeFile(machine.files, path, text);
     if (code != error::success) {
         machine.process.WriteError(path + ": " + Describe(machine.system, code));
@@ -92,7 +93,8 @@ int FinishRun(Machine& machine, const LogForm& form, RunReport& report) {
     const std::string header = form.beforeDate + FormatLogDate(now) + form.beforeTime + FormatLogTime(now) +
                                form.beforeCount + std::to_string(report.written.size());
     const std::string log = ProgramFolder(machine.process.ProgramFolder()).PathOf(form.file);
-    const SystemError written = SaveWholeFile(machine.files, log, LogText(header, report.written));
+    const SystemError written =
+        SaveWholeFile(machine.files, log, text::EscapeSurrogates(LogText(header, report.written)));
     if (written != error::success) {
         report.Add(log, written);
     }

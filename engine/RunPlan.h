@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "engine/RunReport.h"
 #include "paths/Location.h"
 
 namespace marlok {
@@ -18,6 +19,7 @@ struct RunPlan {
     std::vector<Location> locations;  ///< one after the other
     bool allFiles = false;            ///< copy all files; else only those written later than their saved copy
     CopyMethod method = CopyMethod::copyPlain;
+    RunReport atStart = {};  ///< its lines become notes of the report: the run replaces the error log of the start
 };
 
 }  // namespace marlok

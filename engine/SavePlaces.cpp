@@ -115,8 +115,8 @@ std::string SavePlaces::WhyNotSaved(const Location& location, const std::string&
     if (where_.IsInside(source, location.Path())) {
         return insideItself;
     }
-    for (std::size_t held = 0; held < configured_.size(); ++held) {
-        const Location& other = configured_[held].location;
+    for (const Configured& held : configured_) {
+        const Location& other = held.location;
         if (!where_.IsInside(source, other.Path())) {
             continue;
         }

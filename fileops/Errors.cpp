@@ -27,6 +27,8 @@ std::string OwnSentence(SystemError code) {
             return "the disk is full";
         case error::invalidName:
             return "the name is not valid on this disk";
+        case error::invalidData:
+            return "the data in it is not valid";
         case error::nameTooLong:
             return "the path is too long for this disk";
         default:

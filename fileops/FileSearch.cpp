@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "fileops/SystemFolders.h"
 #include "paths/Path.h"
 #include "paths/WorkingFiles.h"
 #include "text/Text.h"
@@ -53,14 +54,18 @@ class Searcher {
             if (level.code != error::success) {
                 if (level.code != error::noMoreFiles) {
                     MarkHolding(level.number);
+                    folders_.broken.push_back({WithoutBackslash(level.folder), level.code});
                 }
                 open_.pop_back();
                 continue;
             }
             const DirectoryEntry entry = std::move(level.next);
             const std::string path = level.folder + entry.name;
+            const bool isSystems = IsSystemFolderOfRoot(entry, level.folder);
             level.code = level.search->Next(level.next);
-            Take(entry, path, level.number);
+            if (!isSystems) {
+                Take(entry, path, level.number);
+            }
         }
         return std::move(folders_);
     }

@@ -18,10 +18,19 @@ struct SearchSpec {
     std::string folder;            ///< where to search, with "\" at its end
 };
 
+/// A folder that could not be listed to its end, and why.
+struct BrokenListing {
+    std::string folder;  ///< without "\" at its end unless it is a root
+    SystemError code = error::success;
+};
+
 /// The folders that a search has met, in its order.
 struct FoundFolders {
     std::vector<std::string> paths;
     std::vector<bool> holdsFiles;  ///< at any depth; true also for what could not be listed, and for links
+
+    /// Where the search found less than is there: the folder searched itself when that could not be listed.
+    std::vector<BrokenListing> broken;
 };
 
 /// What a search tells, and asks, while it goes on.
@@ -31,9 +40,10 @@ struct SearchSink {
 };
 
 /// Finds every file at any depth below a folder, in the order in which the file system lists entries, each folder being
-/// entered as it is met. Returns the folders, when they are to be listed. Left out: the program's working files, and
-/// what lies behind folder links, which is not in the folder. A folder that cannot be listed counts as one without
-/// files for the counts, and as one with files in `holdsFiles`.
-FoundFolders SearchFiles(FileSystem& files, SearchSpec& spec, const SearchSink& sink);
+/// entered as it is met. Returns the folders, when they are to be listed. Left out: the program's working files, what
+/// lies behind folder links, which is not in the folder, and the system's own folders in the root of a drive. A folder
+/// that cannot be listed counts as one without files for the counts, as one with files in `holdsFiles`, and is in
+/// `broken`.
+[[nodiscard]] FoundFolders SearchFiles(FileSystem& files, SearchSpec& spec, const SearchSink& sink);
 
 }  // namespace marlok

@@ -48,15 +48,15 @@ class Scanner {
             if (level.next == level.below.size()) {
                 way_.pop_back();
             } else {
-                Descend(level, level.below[level.next++]);
+                const FoundFolder folder = std::move(level.below[level.next++]);  // entering it moves the levels
+                Descend(level, folder);
             }
         }
         return std::move(scan_);
     }
 
  private:
-    /// By value: entering a folder moves the levels.
-    void Descend(const Level& level, const FoundFolder folder) {
+    void Descend(const Level& level, const FoundFolder& folder) {
         const std::string path = Join(scan_.folders[level.folder].path, folder.name);
         std::string finalPath = folder.link ? FinalPathOf(path) : Join(level.finalPath, folder.name);
         if (folder.link && !MayDescend(finalPath)) {

@@ -4,9 +4,10 @@ namespace marlok {
 
 SystemError ForceReplace(FileSystem& files, const std::string& from, const std::string& to) {
     SystemError code = files.Move(from, to, moveflag::replace);
+    // A file that is read-only refuses to be replaced: with the first of these on NTFS, with the second on FAT.
+    const bool refused = code == error::accessDenied || code == error::alreadyExists;
     DirectoryEntry old;
-    if (code != error::accessDenied || files.GetEntry(to, old) != error::success ||
-        (old.attributes & attribute::readOnly) == 0) {
+    if (!refused || files.GetEntry(to, old) != error::success || (old.attributes & attribute::readOnly) == 0) {
         return code;
     }
     if (files.SetAttributes(to, old.attributes & ~attribute::readOnly) == error::success) {

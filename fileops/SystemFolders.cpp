@@ -27,4 +27,16 @@ bool IsSystemFolderOfRoot(const DirectoryEntry& entry, std::string_view folder) 
                                [&entry](std::string_view name) { return text::EqualIgnoringCase(name, entry.name); });
 }
 
+bool LiesInSystemFolderOfRoot(FileSystem& files, const std::string& path) {
+    for (const std::string& folder : FoldersOnTheWay(path)) {
+        if (!IsRoot(folder)) {
+            DirectoryEntry entry;
+            const SystemError code = files.GetEntry(folder, entry);
+            entry.name = FileNameOf(folder);
+            return code == error::success && IsSystemFolderOfRoot(entry, FolderAbove(folder));
+        }
+    }
+    return false;
+}
+
 }  // namespace marlok

@@ -64,7 +64,8 @@ std::string FolderOf(std::string_view path) {
 
 std::string FolderAbove(std::string_view path) {
     const std::string folder = WithoutBackslash(path);
-    return IsRoot(folder) ? "" : FolderOf(folder);
+    std::string above = IsRoot(folder) ? "" : FolderOf(folder);
+    return above.size() < folder.size() ? above : "";  // "\" alone is no root: whoever goes up must arrive somewhere
 }
 
 std::vector<std::string> FoldersOnTheWay(const std::string& path) {

@@ -33,7 +33,8 @@ namespace marlok {
 /// there is no "\".
 [[nodiscard]] std::string FolderOf(std::string_view path);
 
-/// The folder above; "" above a drive's root or a network share.
+/// The folder above; "" above a drive's root or a network share, and above a "\" at the beginning. Always shorter than
+/// `path`.
 [[nodiscard]] std::string FolderAbove(std::string_view path);
 
 /// The folders from the root of `path` down to it, `path` included: "C:\A\B" gives "C:\", "C:\A", "C:\A\B".

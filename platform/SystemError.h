@@ -15,6 +15,7 @@ inline constexpr SystemError fileNotFound = 2;
 inline constexpr SystemError pathNotFound = 3;
 inline constexpr SystemError accessDenied = 5;
 inline constexpr SystemError invalidHandle = 6;
+inline constexpr SystemError invalidData = 13;
 inline constexpr SystemError notSameDevice = 17;
 inline constexpr SystemError noMoreFiles = 18;
 inline constexpr SystemError writeProtected = 19;

@@ -1,9 +1,12 @@
 #include "settings/BackupSettings.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 
 #include "platform/RuntimeError.h"
+#include "text/Text.h"
 
 namespace marlok {
 
@@ -43,8 +46,12 @@ std::vector<std::string> BackupSettings::ReadList(const std::string& section, co
 
 bool BackupSettings::SaveList(const std::string& section, const std::string& word,
                               const std::vector<std::string>& list) {
-    // Fails where keys lie below the section's; what is left behind the new end is taken away below.
-    static_cast<void>(settings_.DeleteSetting(section, ""));
+    // The key of the locations may hold the sources of a location that is called like it. That key goes with its last
+    // value only; in any other, what could keep it are keys below it, and what is left behind the new end goes below.
+    const bool shared = text::EqualIgnoringCase(section, locationSection);
+    if (!shared) {
+        static_cast<void>(settings_.DeleteSetting(section, ""));
+    }
     bool stored = true;
     int number = firstEntryNumber;
     for (const std::string& entry : list) {
@@ -54,7 +61,19 @@ bool BackupSettings::SaveList(const std::string& section, const std::string& wor
     for (; stored && !IsEndMark(settings_.GetSetting(section, ValueName(word, number), endMark)); ++number) {
         stored = settings_.DeleteSetting(section, ValueName(word, number));
     }
+    if (stored && shared && list.empty() && HoldsNothing(section)) {
+        static_cast<void>(settings_.DeleteSetting(section, ""));  // fails where keys lie below it
+    }
     return stored;
+}
+
+/// True when the section holds no value. Not every failure to read it can be told from that: the first of each list is
+/// asked for by name.
+bool BackupSettings::HoldsNothing(const std::string& section) {
+    return settings_.GetAllSettings(section).empty() &&
+           std::ranges::all_of(std::array{locationWord, sourceWord}, [&](const char* word) {
+               return IsEndMark(settings_.GetSetting(section, ValueName(word, firstEntryNumber), endMark));
+           });
 }
 
 std::vector<Location> BackupSettings::Locations() {

@@ -17,7 +17,8 @@ inline constexpr const char* endMark = "0";
 /// Backup locations and their sources in the settings. Section "Target" holds the locations as "TargetPath2",
 /// "TargetPath3", ...; the section called like the location without its drive root holds its sources as "SourcePath2",
 /// ...: two locations that differ only in their drive share one list. Lists are dense, start at 2, end at the first
-/// value that is missing, empty or "0", and are always rewritten whole.
+/// value that is missing, empty or "0", and are always rewritten whole. A location that is itself called "Target" has
+/// its sources beside the locations; rewriting the one list leaves the other alone.
 class BackupSettings {
  public:
     explicit BackupSettings(CRegSettings& settings) : settings_(settings) {}
@@ -44,6 +45,7 @@ class BackupSettings {
     [[nodiscard]] std::vector<std::string> ReadList(const std::string& section, const std::string& word);
     [[nodiscard]] bool SaveList(const std::string& section, const std::string& word,
                                 const std::vector<std::string>& list);
+    [[nodiscard]] bool HoldsNothing(const std::string& section);
 
     CRegSettings& settings_;
 };

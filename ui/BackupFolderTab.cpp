@@ -1,9 +1,9 @@
 #include "ui/BackupFolderTab.h"
 
-#include "fileops/FolderFunctions.h"
+#include "fileops/Errors.h"
 #include "forms/Measures.h"
+#include "paths/Names.h"
 #include "paths/Path.h"
-#include "platform/RuntimeError.h"
 #include "text/Text.h"
 #include "ui/frmSSTab.h"
 
@@ -29,6 +29,23 @@ bool Holds(const forms::ListBox& list, const std::string& path) {
         }
     }
     return false;
+}
+
+/// Why no new folder can be called so, as a sentence for the user; "" when one can.
+std::string WhyNoFolderName(const std::string& name) {
+    if (WithoutTrailingDots(name).empty()) {
+        return "A folder's name is more than dots and blanks.";
+    }
+    if (!IsPlainName(name)) {
+        return "Enter one name, without any of these characters:  \\ / : * ? \" < > |";
+    }
+    if (IsDeviceName(name)) {
+        return "Windows keeps this name for a device. Enter another one.";
+    }
+    if (IsAlteredName(name)) {
+        return "Windows drops a dot or a blank at the end of a name. Leave it out.";
+    }
+    return "";
 }
 
 }  // namespace
@@ -72,6 +89,11 @@ void BackupFolderTab::AddLocation() {
         Tell("You Cannot Have A Space in The Backup Location Name", plainInformation, "Marlok Info");
         return;
     }
+    if (path.find(',') != std::string::npos) {
+        // It separates arguments: an unattended run could not be given this location.
+        Tell("You Cannot Have A Comma in The Backup Location Name", plainInformation, "Marlok Info");
+        return;
+    }
     if (const std::string reason = Location(path).WhyRefused(); !reason.empty()) {
         Tell("You Cannot Use This Folder As A Backup Location:\r\n\r\n" + reason, plainInformation, "Marlok Info");
         return;
@@ -90,6 +112,8 @@ void BackupFolderTab::AddLocation() {
     if (session_.Configuration().SourceAt(Location(window_.List3.List(0)), firstEntryNumber) > endMark) {
         window_.SSTab1.SetTabEnabled(tab::reviewSaved, true);
     }
+    const Location added(path);
+    TellSharedPlaces(added, session_.Configuration().Sources(added));  // it may come back with its sources
 }
 
 void BackupFolderTab::StoreLocations() {
@@ -103,24 +127,35 @@ void BackupFolderTab::CreateFolder() {
         return;
     }
     Desktop& desktop = session_.machine.desktop;
-    const std::string folder = AddBackslash(window_.Dir1.Path());
+    const std::string folder = window_.Dir1.Path();
     const std::string name =
         desktop.AskText("Enter Name Of Folder", texts::infoTitle, desktop.ScreenWidth() / 2 - questionLeft,
                         desktop.ScreenHeight() / 2 - questionTop);
     if (name.empty()) {
         return;
     }
-    try {
-        static_cast<void>(marlok::CreateFolder(session_.machine.files, folder + name));
-        window_.Dir1.Refresh();
-    } catch (const RuntimeError& failure) {
-        window_.Dir1.Refresh();
-        if (failure.Number() == runtimeerror::fileAlreadyExists) {
-            Tell("This Folder Already Exists");
-        }
-        // Any other failure shows in the list: the folder is not there.
+    const std::string refused = WhyNoFolderName(name);
+    if (refused.empty()) {
+        MakeFolder(folder, name);
+    } else {
+        TellFailure(name, "Created", refused);
     }
     window_.Show();
+}
+
+void BackupFolderTab::MakeFolder(const std::string& folder, const std::string& name) {
+    const SystemError code = session_.machine.files.CreateFolder(Join(folder, name));
+    window_.Dir1.Refresh();
+    if (window_.Dir1.Path() != folder) {
+        // Gone while it was shown. What is open now nobody has chosen: it may be the whole drive.
+        window_.Command1.Enabled = false;
+        window_.Command12.Enabled = false;
+    }
+    if (code == error::alreadyExists || code == error::fileExists) {
+        Tell("This Folder Already Exists");
+    } else if (code != error::success) {
+        TellFailure(Join(folder, name), "Created", Describe(session_.machine.system, code));
+    }
 }
 
 void BackupFolderTab::RemoveLocation() {

@@ -35,6 +35,7 @@ class BackupFolderTab : private Tab {
 
  private:
     void StoreLocations();
+    void MakeFolder(const std::string& folder, const std::string& name);
 };
 
 }  // namespace marlok::ui

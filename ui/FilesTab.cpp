@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "engine/SourceCopies.h"
+#include "fileops/FolderFunctions.h"
 #include "fileops/MsgBoxText.h"
+#include "fileops/Presence.h"
 #include "forms/Measures.h"
 #include "paths/Path.h"
 #include "ui/frmSSTab.h"
@@ -84,7 +86,34 @@ void FilesTab::AddSources() {
     if (window_.List4.List(0) == texts::noFiles) {
         window_.List4.RemoveItem(0);
     }
-    TellUnlessStored(session_.Configuration().SaveSources(Location(location), window_.List4.Items()));
+    StoreAdded(Location(location));
+}
+
+/// Stores what List4 holds, and sees to what is new in it.
+void FilesTab::StoreAdded(const Location& location) {
+    const std::vector<std::string> before = session_.Configuration().Sources(location);
+    std::vector<std::string> added = window_.List4.Items();
+    std::erase_if(added,
+                  [&before](const std::string& source) { return std::ranges::find(before, source) != before.end(); });
+    TellUnlessStored(session_.Configuration().SaveSources(location, window_.List4.Items()));
+    if (window_.Command4.Caption.Get() == addFile) {
+        for (const std::string& file : added) {
+            MakeFolderFor(location, file);
+        }
+    }
+    TellSharedPlaces(location, added);
+}
+
+/// A run makes folders for the files of folders; a single file it copies only where its folder is there.
+void FilesTab::MakeFolderFor(const Location& location, const std::string& file) {
+    FileSystem& files = session_.machine.files;
+    if (WhyUnreachable(files, location.Path()) != error::success) {
+        return;
+    }
+    const std::string folder = FolderOf(location.SavedPathOf(file));
+    if (!CreateNestedFolders(files, session_.machine.process, folder)) {
+        TellFailure(folder, "Created", file + " is not saved before this folder is there.");
+    }
 }
 
 /// False when a file stands in the list already: the rest is not added then, and nothing is stored.
@@ -171,25 +200,44 @@ void FilesTab::DeleteSourceCopies() {
             (window_.List4.Selected(line) ? window_.List10 : window_.List11).AddItem(window_.List4.List(line));
         }
     }
-    const SourceCopies copies(session_.machine, location);
-    RunReport report;
-    for (const std::string& source : window_.List10.Items()) {
-        copies.Delete(source, report);
+    if (DeleteCopies(location)) {
+        const std::vector<std::string>& kept = window_.List11.Items();
+        StoreAndShow(location, {kept.begin(), std::ranges::find_if(kept, IsEndMark)});
     }
-    for (const RunReport::Line& line : report.Lines()) {
-        TellFailure(line.path, "Deleted", ReasonOf(session_.machine.system, line));
-    }
-    RunReport listReport;
-    for (std::string& line : copies.TakeOffList(window_.List10.Items(), listReport)) {
-        window_.List12.AddItem(std::move(line));
-    }
-    for (const RunReport::Line& line : listReport.Lines()) {
-        TellFailure(line.path, "Changed", ReasonOf(session_.machine.system, line));
-    }
-    const std::vector<std::string>& kept = window_.List11.Items();
-    StoreAndShow(location, {kept.begin(), std::ranges::find_if(kept, IsEndMark)});
     for (forms::ListBox* list : {&window_.List10, &window_.List11, &window_.List12}) {
         list->Clear();
+    }
+}
+
+/// Deletes what is saved of the sources in List10, and takes its lines off the list of original paths. False when the
+/// location cannot be reached: then the sources are to stay.
+bool FilesTab::DeleteCopies(const Location& location) {
+    SourceCopies copies(session_.machine, session_.Configuration(), location, window_.List11.Items());
+    RunReport report;
+    bool reached = copies.MayDelete(report);
+    std::vector<std::string> deleted;
+    for (std::size_t next = 0; reached && next < window_.List10.Items().size(); ++next) {
+        const std::string& source = window_.List10.Items()[next];
+        const SourceCopies::Outcome outcome = copies.Delete(source, report);
+        reached = outcome != SourceCopies::Outcome::unreachable;
+        if (outcome == SourceCopies::Outcome::deleted) {
+            deleted.push_back(source);
+        }
+    }
+    TellEach(report, "Deleted");
+    if (reached) {
+        RunReport listReport;
+        for (std::string& line : copies.TakeOffList(deleted, listReport)) {
+            window_.List12.AddItem(std::move(line));
+        }
+        TellEach(listReport, "Changed");
+    }
+    return reached;
+}
+
+void FilesTab::TellEach(const RunReport& report, const std::string& what) const {
+    for (const RunReport::Line& line : report.Lines()) {
+        TellFailure(line.path, what, ReasonOf(session_.machine.system, line));
     }
 }
 

@@ -35,7 +35,7 @@ class FilesTab : private Tab {
     void RemoveSources();
 
     /// Takes the sources selected in List4 off the location picked in List9, deletes their saved copies, and takes
-    /// their lines out of its list of original paths.
+    /// their lines out of its list of original paths. Where the location cannot be reached nothing changes.
     void DeleteSourceCopies();
 
     void LayOut(forms::Area page);
@@ -44,7 +44,11 @@ class FilesTab : private Tab {
     [[nodiscard]] bool AddFiles();
     [[nodiscard]] bool AddFolder();
     [[nodiscard]] bool AddSource(const std::string& path);
+    void StoreAdded(const Location& location);
+    void MakeFolderFor(const Location& location, const std::string& file);
     void RemoveEntriesOnly();
+    [[nodiscard]] bool DeleteCopies(const Location& location);
+    void TellEach(const RunReport& report, const std::string& what) const;
     void StoreAndShow(const Location& location, const std::vector<std::string>& sources);
 };
 

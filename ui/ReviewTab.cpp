@@ -3,10 +3,12 @@
 #include <array>
 #include <cstdio>
 
+#include "engine/PendingDeletions.h"
 #include "engine/SavedFiles.h"
 #include "fileops/Errors.h"
 #include "forms/Measures.h"
 #include "forms/Windows.h"
+#include "paths/ProgramFiles.h"
 #include "ui/frmReplace.h"
 #include "ui/frmSSTab.h"
 #include "ui/run/Breather.h"
@@ -23,6 +25,8 @@ constexpr const char* replaceSelected = "Replace Selected Files";
 constexpr const char* closeProgram = "Close Program";
 constexpr const char* savedHeading = "List of Saved Files";
 constexpr const char* working = "Working Please Wait";
+
+const std::string noticeIndent(5, ' ');
 
 constexpr forms::Colour red = forms::Rgb(192, 0, 0);
 constexpr forms::Colour black = forms::Rgb(0, 0, 0);
@@ -153,16 +157,16 @@ void ReviewTab::ShowSavedFiles(const Location& location) {
     window_.Command13.Caption = replaceSelected;
     window_.Command13.Enabled = false;
     window_.Command14.Caption = closeProgram;
-    if (window_.List6.List(0).empty()) {
-        window_.List6.AddItem(NoSavedFiles());
+    if (searchSpec_.fileCount == 0) {
         window_.Command13.Caption = showSaved;
         window_.Command13.Enabled = true;
     }
     EndListing(savedHeading);
 }
 
-/// Every file below the location into List6, every folder into List13, those that hold no file into List14.
-void ReviewTab::ListSavedFiles(const Location& location) {
+/// Every file below the location into List6, every folder into List13, those that hold no file into List14; then what
+/// there is to say about the listing itself.
+FoundFolders ReviewTab::ListSavedFiles(const Location& location) {
     window_.List6.Clear();
     window_.List13.Clear();
     window_.List14.Clear();
@@ -174,14 +178,32 @@ void ReviewTab::ListSavedFiles(const Location& location) {
         breathe();
         return session_.gSearchOn;
     };
-    FoundFolders folders = SavedFiles(session_.machine, location).List(searchSpec_, sink);
+    FoundFolders folders = SavedFiles(session_.machine, session_.Configuration(), location).List(searchSpec_, sink);
     for (std::size_t i = 0; i < folders.paths.size(); ++i) {
+        window_.List13.AddItem(folders.paths[i]);
         if (!folders.holdsFiles[i]) {
             window_.List14.AddItem(folders.paths[i]);
         }
-        window_.List13.AddItem(std::move(folders.paths[i]));
     }
     session_.machine.desktop.ShowHourglass(false);
+    AddNotices(folders, location);
+    return folders;
+}
+
+/// Lines that are no files: they begin with blanks, so that they are told from paths, and are never replaced or
+/// deleted.
+void ReviewTab::AddNotices(const FoundFolders& folders, const Location& location) {
+    int line = 0;  // at the top, where they are seen
+    for (const BrokenListing& broken : folders.broken) {
+        const bool nothing = broken.folder == location.Path() && searchSpec_.fileCount + searchSpec_.folderCount == 0;
+        window_.List6.InsertItem(line++, noticeIndent +
+                                             (nothing ? "The Backup Location Cannot Be Reached: "
+                                                      : "Not All Is Listed, This Folder Could Not Be Read: ") +
+                                             broken.folder + ", " + Describe(session_.machine.system, broken.code));
+    }
+    if (window_.List6.ListCount() == 0) {
+        window_.List6.AddItem(NoSavedFiles());
+    }
 }
 
 void ReviewTab::ShowOriginals() {
@@ -222,7 +244,9 @@ OriginalPathList::State ReviewTab::ShowList(OriginalPathList& list) {
 
 void ReviewTab::ReplaceSelected() {
     window_.Hide();
-    const std::vector<std::string> chosen = SelectedLines();
+    const Location location(window_.List5.List(window_.List5.ListIndex()));
+    std::vector<std::string> chosen = SelectedLines();
+    std::erase_if(chosen, [&location](const std::string& line) { return location.RelativeNameOf(line).empty(); });
     if (chosen.empty()) {
         Tell("You Have Not Selected Any Files");
         window_.Show();
@@ -236,9 +260,7 @@ void ReviewTab::ReplaceSelected() {
         window_.Show();
         window_.Refresh();
     };
-    window_.Collection()
-        .Load<frmReplace>(session_.machine, back)
-        .Run(Location(window_.List5.List(window_.List5.ListIndex())), chosen);
+    window_.Collection().Load<frmReplace>(session_.machine, back).Run(location, chosen);
 }
 
 void ReviewTab::Delete() {
@@ -273,21 +295,30 @@ void ReviewTab::DeleteSavedFiles(const Location& location) {
     window_.Text2.Text = "";
     session_.gSearchOn = true;
     const std::uint64_t start = session_.machine.clock.TickCount();
-    const SavedFiles savedFiles(session_.machine, location);
+    const SavedFiles savedFiles(session_.machine, session_.Configuration(), location);
     RunReport report;
-    const std::vector<std::string> deleted =
+    const SavedFiles::Deletion deletion =
         savedFiles.Delete(SelectedLines(), report, [this] { session_.machine.desktop.PaintPending(); });
+    if (!deletion.reached) {
+        TellAll(report);
+        ShowSavedFiles(location);
+        window_.Show();
+        return;
+    }
     window_.List7.Clear();
-    for (const std::string& path : deleted) {
+    for (const std::string& path : deletion.paths) {
         window_.List7.AddItem(path);
     }
     window_.Command14.Caption = "Stop Search";
     window_.Label5.Caption = savedHeading;
-    ListSavedFiles(location);
-    savedFiles.QueueFolders(window_.List14.Items(), report);
+    const FoundFolders found = ListSavedFiles(location);
+    const SystemError queued = QueueDeletions(session_.machine, savedFiles.EmptiedFolders(found, deletion.paths));
+    if (queued != error::success) {
+        report.Add(session_.gAppFolder.PathOf(programfile::deleteFolder), queued);
+    }
     window_.List13.Clear();
     window_.List14.Clear();
-    savedFiles.TakeOffList(deleted, report);
+    savedFiles.TakeOffList(deletion.paths, report);
     TellAll(report);
     window_.Text1.Text = WithThousands(searchSpec_.fileCount);
     ShowElapsed(start);

@@ -52,7 +52,8 @@ class ReviewTab : private Tab {
     [[nodiscard]] std::optional<Location> ReviewedLocation() const;
     [[nodiscard]] std::vector<std::string> SelectedLines() const;
     void ShowSavedFiles(const Location& location);
-    void ListSavedFiles(const Location& location);
+    FoundFolders ListSavedFiles(const Location& location);
+    void AddNotices(const FoundFolders& folders, const Location& location);
     OriginalPathList::State ShowList(OriginalPathList& list);
     [[nodiscard]] std::uint64_t BeginListing();
     void EndListing(const std::string& heading);

@@ -1,16 +1,22 @@
 #include "ui/Tab.h"
 
 #include <algorithm>
+#include <span>
 
+#include "engine/ReportBox.h"
 #include "engine/RunLog.h"
-#include "paths/ProgramFiles.h"
+#include "engine/SharedPlaces.h"
 
 namespace marlok::ui {
 
 namespace {
 
-/// At most so many failures are shown in a box; the rest is in the error log.
-constexpr std::size_t mostLinesShown = 5;
+/// At most so many shared places are shown in a box.
+constexpr std::size_t mostShown = 5;
+
+std::span<const SharedPlace> Few(const std::vector<SharedPlace>& shared) {
+    return std::span(shared).first(std::min(mostShown, shared.size()));
+}
 
 }  // namespace
 
@@ -31,19 +37,26 @@ void Tab::TellFailure(const std::string& path, const std::string& what, const st
 }
 
 void Tab::TellAll(const RunReport& report) const {
-    const auto& lines = report.Lines();
-    if (lines.empty()) {
+    if (!report.Lines().empty()) {
+        const bool logged = WriteErrorLog(session_.machine, report) == error::success;
+        Tell(ReportBoxText(session_.machine.system, report, logged));
+    }
+}
+
+void Tab::TellSharedPlaces(const Location& location, const std::vector<std::string>& sources) const {
+    const std::vector<SharedPlace> shared = FindSharedPlaces(session_.Configuration(), location, sources);
+    if (shared.empty()) {
         return;
     }
-    const SystemError logged = WriteErrorLog(session_.machine, report);
     std::string text;
-    for (std::size_t i = 0; i < std::min(mostLinesShown, lines.size()); ++i) {
-        text += lines[i].path + "\r\n    " + ReasonOf(session_.machine.system, lines[i]) + "\r\n";
+    for (const SharedPlace& each : Few(shared)) {
+        text += each.source + "\r\nAnd " + each.other + "\r\nAre Saved In The Same Place: " + each.place + "\r\n\r\n";
     }
-    if (lines.size() > mostLinesShown && logged == error::success) {
-        text += "\r\nAll " + std::to_string(lines.size()) + " are listed in \"" + programfile::errorLog + "\".";
+    if (shared.size() > mostShown) {
+        text += "So Are " + std::to_string(shared.size() - mostShown) + " More.\r\n\r\n";
     }
-    Tell(text);
+    Tell(text +
+         "Of two files that have one path there, only one is kept. Choose another backup location for one of them.");
 }
 
 bool Tab::FillLocations(forms::ListBox& list) const {

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "engine/RunReport.h"
 #include "forms/Controls.h"
+#include "paths/Location.h"
 #include "platform/Desktop.h"
 #include "ui/Texts.h"
 #include "ui/run/Session.h"
@@ -33,6 +35,10 @@ class Tab {
 
     /// Reports what could not be done, in a box and in the error log. Nothing for an empty report.
     void TellAll(const RunReport& report) const;
+
+    /// Reports which of `sources`, stored as sources of `location`, are saved where other files are saved too. Nothing
+    /// when none is.
+    void TellSharedPlaces(const Location& location, const std::vector<std::string>& sources) const;
 
     /// The backup locations into a list box, which is cleared first. False when there is none.
     bool FillLocations(forms::ListBox& list) const;

@@ -104,6 +104,13 @@ def is_for_windows(path: Path) -> bool:
     return path.parts[0] in ("win32", "restart") or path == Path("app/EntryPoint.cpp")
 
 
+def sweeps_stage(job: Job) -> Count:
+    """The sweeps of the unit tests at every step, which takes minutes; `unit` leaves steps out where many are alike."""
+    program = str(REPO / "build" / "host" / "tests" / "unit_tests")
+    env = dict(os.environ, MARLOK_EVERY_STEP="1")
+    return Count(1, 0) if job.run([program, "--gtest_filter=*Sweep*"], 3600, env=env) == 0 else Count(0, 1)
+
+
 def tidy_stage(job: Job) -> Count:
     sources = [path for path in repo_files(".cpp") if not is_test_case(path) and not is_for_windows(path)]
     return tidy.look_at_sources(job, REPO, sources, tidy.host_look(REPO))
@@ -270,6 +277,9 @@ STAGES = [
     Stage(
         "reproducible", "two builds give the same bytes", reproducible_stage, nightly=True,
         needs=["packages", "build-windows"], after=["e2e-nightly"], patient=True),
+    Stage(
+        "sweeps", "a failure and a death at every step", sweeps_stage, nightly=True, needs=["build-host"],
+        after=["tidy-tests"], patient=True),
     Stage("fuzz", "the fuzzers", fuzz_stage, nightly=True, needs=["packages"], after=["tidy-tests"], patient=True),
 ]  # fmt: skip
 

@@ -240,13 +240,139 @@ TEST_F(BackupFolderTabTest, AFolderThatExistsIsTold) {
     EXPECT_EQ(machine.desktop.Messages().back().title, "Marlok Info.....");
 }
 
-TEST_F(BackupFolderTabTest, AnyOtherFailureShowsInTheListAlone) {
-    machine.desktop.Answer(button::yes);
-    machine.desktop.AnswerText("no?name");
+TEST_F(BackupFolderTabTest, ANameThatNoFolderCanHaveIsRefusedWithTheReason) {
+    machine.Seed({{R"(E:\Save\Inner\Deep\)"}});
+    const test::Tree before = machine.Tree("E:\\");
+    struct {
+        const char* name;
+        const char* reason;
+    } const cases[] = {
+        {R"(..\..\Up)", "without any of these characters"},
+        {R"(..\Up)", "without any of these characters"},
+        {R"(Sub\Name)", "without any of these characters"},
+        {R"(C:\Name)", "without any of these characters"},
+        {"a/b", "without any of these characters"},
+        {"no?name", "without any of these characters"},
+        {"a:b", "without any of these characters"},
+        {"CON", "for a device"},
+        {"nul.txt", "for a device"},
+        {"trail. ", "dot or a blank at the end"},
+        {"trail.", "dot or a blank at the end"},
+        {"trail ", "dot or a blank at the end"},
+        {"..", "more than dots and blanks"},
+        {" ", "more than dots and blanks"},
+        {"tab\tname", "without any of these characters"},
+    };
     ui::frmSSTab& window = OpenTab();
-    EXPECT_NO_THROW(window.Command12.Click());
-    EXPECT_THAT(machine.desktop.Messages(), SizeIs(1)) << "the question alone";
-    EXPECT_TRUE(window.IsVisible());
+    window.Dir1.SetPath(R"(E:\Save\Inner\Deep)");
+    ClickFolder(window, "Deep");
+    for (const auto& one : cases) {
+        machine.desktop.Answer(button::yes);
+        machine.desktop.Answer(button::ok);
+        machine.desktop.AnswerText(one.name);
+        window.Command12.Click();
+        EXPECT_THAT(LastMessage(),
+                    testing::AllOf(testing::StartsWith(std::string(one.name) + "\r\n\r\n Could Not Be Created"),
+                                   HasSubstr(one.reason)));
+        EXPECT_EQ(machine.Tree("E:\\"), before) << one.name;
+        EXPECT_TRUE(window.IsVisible());
+    }
+    EXPECT_TRUE(window.Command12.Enabled);
+}
+
+TEST_F(BackupFolderTabTest, AnyOtherFailureIsSaidWithItsReason) {
+    machine.desktop.Answer(button::yes);
+    machine.desktop.Answer(button::ok);
+    machine.desktop.AnswerText("New");
+    ui::frmSSTab& window = OpenTab();
+    window.Dir1.SetPath(R"(E:\Save)");
+    ClickFolder(window, "Save");
+    machine.Deny(R"(E:\Save)");
+    window.Command12.Click();
+    EXPECT_THAT(LastMessage(), testing::AllOf(testing::StartsWith("E:\\Save\\New\r\n\r\n Could Not Be Created"),
+                                              HasSubstr("(error 5)")));
+    EXPECT_TRUE(window.Command1.Enabled) << "the folder is still the one that was chosen";
+    machine.Deny(R"(E:\Save)", false);
+}
+
+TEST_F(BackupFolderTabTest, AFolderThatVanishesWhileItIsShownNeverBecomesItsDrive) {
+    machine.Seed({{R"(E:\Sub\Deep\)"}});
+    ui::frmSSTab& window = OpenTab();
+    window.Dir1.SetPath(R"(E:\Sub\Deep)");
+    ClickFolder(window, "Deep");
+    ASSERT_TRUE(window.Command1.Enabled);
+    machine.Remove(R"(E:\Sub)");
+    machine.desktop.Answer(button::yes);
+    machine.desktop.Answer(button::ok);
+    machine.desktop.AnswerText("New");
+    window.Command12.Click();
+    EXPECT_THAT(LastMessage(), testing::AllOf(HasSubstr("E:\\Sub\\Deep\\New"), HasSubstr("Could Not Be Created"),
+                                              HasSubstr("(error 3)")));
+    EXPECT_FALSE(window.Command1.Enabled);
+    EXPECT_FALSE(window.Command12.Enabled);
+    ClickFolder(window, "Save");
+    EXPECT_TRUE(window.Command1.Enabled) << "a new click chooses again";
+}
+
+TEST_F(BackupFolderTabTest, APathWithACommaIsRefused) {
+    machine.Seed({{R"(E:\One,Two\)"}});
+    machine.desktop.Answer(button::ok);
+    ui::frmSSTab& window = OpenTab();
+    Add(window, R"(E:\One,Two)");
+    ExpectMessage("You Cannot Have A Comma in The Backup Location Name", information, "Marlok Info");
+    EXPECT_THAT(window.List3.Items(), ElementsAre(noFolder));
+    EXPECT_THAT(Stored("Target"), IsEmpty());
+}
+
+TEST_F(BackupFolderTabTest, ALocationWhoseSourcesMeetAnothersIsAddedAndThatIsSaid) {
+    machine.Seed({{R"(E:\B\Daily\)"}});
+    Configure(machine, {{R"(E:\B)", {R"(C:\Daily)"}}});
+    machine.registry.SetString(SettingsKey(R"(B\Daily)"), "SourcePath2", R"(C:\Docs)");
+    machine.desktop.Answer(button::ok);
+    ui::frmSSTab& window = OpenTab();
+    Add(window, R"(E:\B\Daily)");
+    EXPECT_THAT(LastMessage(), testing::AllOf(HasSubstr(R"(C:\Docs)"), HasSubstr(R"(C:\Daily)"),
+                                              HasSubstr("Are Saved In The Same Place: E:\\B\\Daily\\Docs")));
+    EXPECT_THAT(Stored("Target"), ElementsAre(R"(TargetPath2=E:\B)", R"(TargetPath3=E:\B\Daily)"));
+}
+
+TEST_F(BackupFolderTabTest, ALocationCalledLikeTheListOfLocationsHarmsNothing) {
+    machine.Seed({{R"(E:\TARGET\)"}, {R"(F:\Target\Sub\)"}});
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
+    ui::frmSSTab& window = OpenTab();
+    Add(window, R"(E:\TARGET)");
+    Add(window, R"(F:\Target\Sub)");
+    const Lines locations{R"(E:\Save)", R"(E:\TARGET)", R"(F:\Target\Sub)"};
+    BackupSettings settings = program.session.Configuration();
+    const auto paths = [&] {
+        Lines found;
+        for (const Location& location : settings.Locations()) {
+            found.push_back(location.Path());
+        }
+        return found;
+    };
+    EXPECT_TRUE(settings.SaveSources(Location(R"(E:\TARGET)"), {R"(C:\One)", R"(C:\Two)"}));
+    EXPECT_TRUE(settings.SaveSources(Location(R"(F:\Target\Sub)"), {R"(C:\Three)"}));
+    EXPECT_EQ(paths(), locations);
+    EXPECT_THAT(settings.Sources(Location(R"(e:\target)")), ElementsAre(R"(C:\One)", R"(C:\Two)"));
+    EXPECT_THAT(settings.Sources(Location(R"(F:\Target\Sub)")), ElementsAre(R"(C:\Three)"));
+    // Shorter lists of either kind leave the other alone, and nothing of their own behind.
+    EXPECT_TRUE(settings.SaveSources(Location(R"(E:\TARGET)"), {R"(C:\Two)"}));
+    EXPECT_TRUE(settings.SaveLocations({R"(E:\TARGET)", R"(E:\Save)"}));
+    EXPECT_THAT(Stored("Target"), testing::UnorderedElementsAre(R"(TargetPath2=E:\TARGET)", R"(TargetPath3=E:\Save)",
+                                                                R"(SourcePath2=C:\Two)"));
+    EXPECT_TRUE(settings.SaveLocations({}));
+    EXPECT_THAT(settings.Sources(Location(R"(E:\TARGET)")), ElementsAre(R"(C:\Two)")) << "they come back with it";
+    EXPECT_TRUE(settings.SaveSources(Location(R"(E:\TARGET)"), {}));
+    EXPECT_THAT(Stored("Target"), IsEmpty());
+    EXPECT_THAT(settings.Sources(Location(R"(F:\Target\Sub)")), ElementsAre(R"(C:\Three)"));
+}
+
+TEST_F(BackupFolderTabTest, AnEmptyListOfLocationsLeavesNoKeyBehind) {
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
+    EXPECT_TRUE(program.session.Configuration().SaveLocations({}));
+    EXPECT_FALSE(machine.registry.KeyExists(SettingsKey("Target")));
+    EXPECT_TRUE(machine.registry.KeyExists(SettingsKey("Save")));
 }
 
 TEST_F(BackupFolderTabTest, RemovingAsksFirst) {

@@ -1,12 +1,15 @@
 #include "engine/BackupRun.h"
 
 #include "tests/unit/RunHarness.h"
+#include "text/Surrogates.h"
 
 namespace marlok::test {
 namespace {
 
+using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
@@ -149,10 +152,43 @@ TEST_F(BackupRunTest, NamesOfAnyKind) {
     EXPECT_EQ(Run(), exitcode::allDone);
     for (const std::string& name : names) {
         EXPECT_EQ(Saved().count("Data\\" + name), 1U) << name;
-        EXPECT_THAT(OriginalList(machine, "Save"), Contains(R"(C:\Data\)" + name));
+        EXPECT_THAT(OriginalList(machine, "Save"), Contains(text::EscapeSurrogates(R"(C:\Data\)" + name)));
     }
     EXPECT_EQ(Run(), exitcode::allDone);
     EXPECT_THAT(RunLog(machine), SizeIs(1));
+}
+
+TEST_F(BackupRunTest, HalfAPairInANameLeavesEveryTextFileReadable) {
+    const std::string half = "\xED\xA0\x80";
+    const std::string held = "C:\\Data\\held" + half + ".txt";
+    Configure(machine, {{"E:\\Odd" + half, {R"(C:\Data)"}}});
+    machine.Seed({{"E:\\Odd" + half + "\\"}, {held, "x"}});
+    machine.Lock(held);
+    for (int run = 0; run < 2; ++run) {
+        machine.Seed({{"C:\\Data\\new" + half + std::to_string(run), "x"}});
+        EXPECT_EQ(Run(), exitcode::somethingFailed);
+        for (const char* name :
+             {"Backup Log File.txt", "Backup Error Log.txt", "Backup Report.txt", "Backup History.txt"}) {
+            EXPECT_THAT(machine.Read(Beside(name)), AllOf(HasSubstr("<D800>"), Not(HasSubstr("\xED")))) << name;
+        }
+    }
+    // The history that was written so is read back.
+    EXPECT_THAT(machine.Read(Beside("Backup Report.txt")),
+                AllOf(HasSubstr("E:\\Odd<D800>: last went well never"), Not(HasSubstr("last failed never"))));
+}
+
+TEST_F(BackupRunTest, AListOfOriginalPathsThatCannotBeReadIsSaidOnceAndStays) {
+    const std::string list = Beside("Save.txt");
+    for (const bool held : {true, false}) {
+        const std::string content = held ? "C:\\Data\\old.doc\r\n" : std::string(512, '\0');
+        machine.Seed({{list, content}, {R"(C:\Data\new.txt)", "x", At(held ? 11 : 12, 0)}});
+        machine.Lock(list, held);
+        EXPECT_EQ(Run(), exitcode::somethingFailed);
+        machine.Lock(list, false);
+        EXPECT_THAT(ErrorLog(machine), ElementsAre(Failed(list, held ? error::sharingViolation : error::invalidData)));
+        EXPECT_EQ(machine.Read(list), content);
+        EXPECT_EQ(Saved().count("Data\\new.txt"), 1U);
+    }
 }
 
 TEST_F(BackupRunTest, MoreFilesThanSixteenBitsCount) {

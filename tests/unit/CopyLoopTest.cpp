@@ -169,6 +169,21 @@ TEST_F(CopyLoopTest, ASingleFileIsCopiedWhereItsFolderExists) {
     EXPECT_EQ(Saved(), (Tree{{"Data\\", ""}, {"Data\\b.txt", "two"}, {"a.doc", "one"}}));
 }
 
+TEST_F(CopyLoopTest, ASingleFileIsCopiedAgainOnlyWhenItIsNewer) {
+    BackUp({R"(C:\Data\newer.doc)", R"(C:\Data\same.doc)", R"(C:\Data\older.doc)"});
+    machine.Seed({{R"(C:\Data\newer.doc)", "changed", At(9, 0, 1)},
+                  {R"(E:\Save\Data\newer.doc)", "saved", At(9, 0)},
+                  {R"(C:\Data\same.doc)", "other", At(9, 0)},
+                  {R"(E:\Save\Data\same.doc)", "saved", At(9, 0)},
+                  {R"(C:\Data\older.doc)", "old", At(8, 59, 59)},
+                  {R"(E:\Save\Data\older.doc)", "saved", At(9, 0)}});
+    EXPECT_EQ(Run(), exitcode::allDone);
+    EXPECT_EQ(Saved(), (Tree{{"Data\\", ""},
+                             {"Data\\newer.doc", "changed"},
+                             {"Data\\older.doc", "saved"},
+                             {"Data\\same.doc", "saved"}}));
+}
+
 TEST_F(CopyLoopTest, NoFolderIsMadeForASingleFile) {
     machine.Seed({{R"(C:\Data\b.txt)", "two"}});
     BackUp({R"(C:\Data\b.txt)"});

@@ -87,7 +87,7 @@ TEST_F(DeleteEntriesTest, TheNextStartRemovesTheEmptiedFolders) {
     EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\Old\b.txt)")) << "saved again by that run";
 }
 
-TEST_F(DeleteEntriesTest, ALinkThatStandsWhereAnEmptyFolderStoodGoesAndItsTargetStays) {
+TEST_F(DeleteEntriesTest, ALinkThatStandsWhereAnEmptyFolderStoodStaysAndIsReported) {
     machine.Seed({{R"(D:\Real\r.txt)", "r"}});
     Delete({"m.mp3"});
     EXPECT_EQ(Pending(), "E:\\Save\\Music\r\n");
@@ -95,8 +95,9 @@ TEST_F(DeleteEntriesTest, ALinkThatStandsWhereAnEmptyFolderStoodGoesAndItsTarget
     machine.MakeLink(R"(E:\Save\Music)", R"(D:\Real)");
     machine.Restart();
     static_cast<void>(RunProgram(machine, "C Nowhere"));
-    EXPECT_FALSE(machine.Exists(R"(E:\Save\Music)"));
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Music)"));
     EXPECT_EQ(machine.Read(R"(D:\Real\r.txt)"), "r");
+    EXPECT_THAT(machine.process.ErrorLines(), testing::Contains(HasSubstr("E:\\Save\\Music: not deleted")));
 }
 
 TEST_F(DeleteEntriesTest, ParentsThatHoldNoFileAnyMoreComeFirst) {
@@ -105,16 +106,161 @@ TEST_F(DeleteEntriesTest, ParentsThatHoldNoFileAnyMoreComeFirst) {
     EXPECT_EQ(Pending(), "E:\\Save\\Deep\r\nE:\\Save\\Deep\\Deeper\r\n");
 }
 
+TEST_F(DeleteEntriesTest, OnlyFoldersOnTheWayUpFromADeletedFileAreQueuedAndWhatLiesInThem) {
+    machine.Seed({{R"(E:\Save\Empty\Sub\)"},
+                  {R"(E:\Save\Data\Hollow\)"},
+                  {R"(E:\Save\Deep\Deeper\x.txt)", "x"},
+                  {R"(E:\Save\Deep\Side\Inner\)"}});
+    Delete({"x.txt"});
+    EXPECT_EQ(Pending(),
+              "E:\\Save\\Deep\r\nE:\\Save\\Deep\\Deeper\r\nE:\\Save\\Deep\\Side\r\n"
+              "E:\\Save\\Deep\\Side\\Inner\r\n");
+}
+
+TEST_F(DeleteEntriesTest, WhereALocationHoldsSourcesNoFolderIsQueued) {
+    Configure(machine, {{"E:\\", {R"(C:\Data)"}}, {R"(C:\Second)", {R"(E:\Save\Music)"}}});
+    machine.Remove(Beside("Save.txt"));
+    Delete({"b.txt"});
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data\Old\b.txt)"));
+    EXPECT_EQ(Pending(), "");
+}
+
+TEST_F(DeleteEntriesTest, AnOriginalInTheLocationIsNoSavedCopy) {
+    Configure(machine, {{"E:\\", {R"(C:\Data)"}}, {R"(C:\Second)", {R"(E:\Save\Music)", R"(E:\Save\Data\a.doc)"}}});
+    machine.desktop.OnMessage([](const ShownMessage&) { return button::ok; });
+    Delete({"m.mp3", "a.doc", "b.txt"});
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Music\m.mp3)"));
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data\Old\b.txt)"));
+    EXPECT_THAT(LastMessage(), HasSubstr(R"(E:\Save\Music, which is to be backed up)"));
+    EXPECT_THAT(LastMessage(), HasSubstr(R"(E:\Save\Data\a.doc, which is to be backed up)"));
+}
+
 TEST_F(DeleteEntriesTest, WithoutEmptyFoldersTheFileIsWrittenEmpty) {
     machine.Seed({{R"(E:\Save\Data\second.doc)", "2"}});
     Delete({"second.doc"});
     EXPECT_EQ(Pending(), "");
 }
 
-TEST_F(DeleteEntriesTest, OnlyTheFirstLineThatHoldsTheNameGoes) {
-    machine.Seed({{Beside("Save.txt"), "D:\\DATA\\A.DOC.old\r\nC:\\Data\\a.doc\r\n"}});
+TEST_F(DeleteEntriesTest, TheFilesOwnLineGoesLetterCaseIgnored) {
+    machine.Seed({{Beside("Save.txt"), "D:\\DATA\\A.DOC.old\r\nC:\\DATA\\a.doc\r\n"}});
     Delete({"a.doc"});
-    EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre(R"(C:\Data\a.doc)")) << "letter case does not matter";
+    EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre(R"(D:\DATA\A.DOC.old)"));
+}
+
+TEST_F(DeleteEntriesTest, WithoutALineOfItsOwnTheFirstThatHoldsTheNameGoes) {
+    machine.Seed({{Beside("Save.txt"), "D:\\DATA\\A.DOC.old\r\nC:\\Data\\a.doc.bak\r\n"}});
+    Delete({"a.doc"});
+    EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre(R"(C:\Data\a.doc.bak)"));
+}
+
+TEST_F(DeleteEntriesTest, TheLineOfAnotherFileThatIsStillSavedNeverGoes) {
+    machine.Seed({{Beside("Save.txt"), "C:\\Data\\a.doc.bak\r\n"}, {R"(E:\Save\Data\a.doc.bak)", "bak"}});
+    Delete({"a.doc"});
+    EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre(R"(C:\Data\a.doc.bak)"));
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+}
+
+TEST_F(DeleteEntriesTest, ALineStaysWhileALocationOfTheSameNameHoldsTheFile) {
+    machine.Seed({{R"(F:\SAVE\Data\a.doc)", "a"}, {R"(F:\SAVE\Data\Old\)"}});
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}, {R"(F:\SAVE)", {R"(C:\Data)"}}});
+    Delete({"a.doc", "b.txt"});
+    EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre(R"(C:\Data\a.doc)", R"(C:\Music\m.mp3)"));
+}
+
+TEST_F(DeleteEntriesTest, ALineStaysWhileALocationOfTheSameNameCannotBeReached) {
+    machine.AddDrive('F');
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}, {R"(F:\Save)", {R"(C:\Data)"}}});
+    Delete({"a.doc"});
+    EXPECT_THAT(OriginalList(machine, "Save"), SizeIs(3)) << "another disk may be in the drive";
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+}
+
+TEST_F(DeleteEntriesTest, ALocationThatHasGoneAwayIsReportedAndNothingChanges) {
+    ui::frmSSTab& window = OpenAt(ui::tab::reviewSaved);
+    window.Command13.Click();
+    Mark(window, {"a.doc", "b.txt", "m.mp3"});
+    machine.desktop.OnMessage([](const ShownMessage&) { return button::ok; });
+    machine.SetDriveFailure("E:", error::notReady);
+    window.Command17.Click();
+    EXPECT_THAT(LastMessage(), HasSubstr("E:\\Save\r\n    the backup location cannot be reached"));
+    EXPECT_EQ(machine.Read(Beside("Save.txt")), list);
+    EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
+    EXPECT_THAT(machine.process.Started(), IsEmpty());
+    EXPECT_TRUE(window.IsVisible());
+    EXPECT_THAT(window.List6.Items(), ElementsAre(HasSubstr("Cannot Be Reached")));
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Reported(R"(E:\Save)")));
+    machine.SetDriveFailure("E:", error::success);
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+}
+
+TEST_F(DeleteEntriesTest, ALocationFolderThatIsMissingIsReportedAndNoLineGoes) {
+    ui::frmSSTab& window = OpenAt(ui::tab::reviewSaved);
+    window.Command13.Click();
+    Mark(window, {"a.doc"});
+    machine.desktop.OnMessage([](const ShownMessage&) { return button::ok; });
+    machine.Remove(R"(E:\Save)");
+    window.Command17.Click();
+    EXPECT_THAT(LastMessage(), HasSubstr("cannot be reached"));
+    EXPECT_EQ(machine.Read(Beside("Save.txt")), list);
+}
+
+TEST_F(DeleteEntriesTest, ALocationThatGoesAwayMeanwhileEndsTheDeletion) {
+    ui::frmSSTab& window = OpenAt(ui::tab::reviewSaved);
+    window.Command13.Click();
+    Mark(window, {"a.doc", "b.txt", "m.mp3"});
+    machine.desktop.OnMessage([](const ShownMessage&) { return button::ok; });
+    int deletions = 0;
+    machine.faults.BeforeStep([&](const Step& step) {
+        if (step.operation == "Delete" && step.path.starts_with("E:") && ++deletions == 2) {
+            machine.SetDriveFailure("E:", error::notReady);
+        }
+    });
+    window.Command17.Click();
+    machine.faults.BeforeStep({});
+    EXPECT_EQ(deletions, 2);
+    EXPECT_THAT(LastMessage(), HasSubstr("cannot be reached"));
+    EXPECT_EQ(machine.Read(Beside("Save.txt")), list);
+    machine.SetDriveFailure("E:", error::success);
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Music\m.mp3)"));
+}
+
+TEST_F(DeleteEntriesTest, AFileThatIsGoneAlreadyLosesItsLine) {
+    ui::frmSSTab& window = OpenAt(ui::tab::reviewSaved);
+    window.Command13.Click();
+    Mark(window, {"a.doc"});
+    machine.Remove(R"(E:\Save\Data)");
+    machine.desktop.OnMessage([](const ShownMessage&) { return button::ok; });
+    window.Command17.Click();
+    EXPECT_THAT(machine.desktop.Messages(), SizeIs(1)) << "the question alone";
+    EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre(R"(C:\Data\Old\b.txt)", R"(C:\Music\m.mp3)"));
+}
+
+TEST_F(DeleteEntriesTest, AFolderInThePlaceOfAListedFileStays) {
+    ui::frmSSTab& window = OpenAt(ui::tab::reviewSaved);
+    window.Command13.Click();
+    Mark(window, {"a.doc"});
+    machine.Remove(R"(E:\Save\Data\a.doc)");
+    machine.Seed({{R"(E:\Save\Data\a.doc\kept.txt)", "kept"}});
+    machine.desktop.OnMessage([](const ShownMessage&) { return button::ok; });
+    window.Command17.Click();
+    EXPECT_EQ(machine.Read(R"(E:\Save\Data\a.doc\kept.txt)"), "kept");
+    EXPECT_THAT(LastMessage(), HasSubstr("a folder of that name"));
+    EXPECT_THAT(OriginalList(machine, "Save"), SizeIs(3));
+}
+
+TEST_F(DeleteEntriesTest, NothingIsDeletedBehindALinkThatHasTakenAFoldersPlace) {
+    machine.Seed({{R"(D:\Real\a.doc)", "real"}});
+    ui::frmSSTab& window = OpenAt(ui::tab::reviewSaved);
+    window.Command13.Click();
+    Mark(window, {"a.doc"});
+    machine.Remove(R"(E:\Save\Data)");
+    machine.MakeLink(R"(E:\Save\Data)", R"(D:\Real)");
+    machine.desktop.OnMessage([](const ShownMessage&) { return button::ok; });
+    window.Command17.Click();
+    EXPECT_EQ(machine.Read(R"(D:\Real\a.doc)"), "real");
+    EXPECT_THAT(LastMessage(), HasSubstr("a link leads out"));
 }
 
 TEST_F(DeleteEntriesTest, EachDeletedFileTakesALineOfItsOwn) {
@@ -144,6 +290,8 @@ TEST_F(DeleteEntriesTest, AFileInUseIsToldAndTheOthersGo) {
     EXPECT_THAT(LastMessage(), HasSubstr(R"(E:\Save\Data\a.doc)"));
     EXPECT_THAT(LastMessage(), HasSubstr("(error 32)"));
     EXPECT_THAT(ErrorLog(machine), SizeIs(1));
+    EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre(R"(C:\Data\a.doc)", R"(C:\Music\m.mp3)"))
+        << "it keeps its line";
 }
 
 TEST_F(DeleteEntriesTest, ThePlaceholderDeletesNothing) {
@@ -279,6 +427,10 @@ void ExpectNothingLost(InMemoryMachine& machine) {
     EXPECT_EQ(machine.Read(R"(E:\Save\Music\m.mp3)"), "m");
     const std::string now = machine.Read(Beside("Save.txt"));
     EXPECT_TRUE(now == list || now == "C:\\Data\\a.doc\r\nC:\\Music\\m.mp3\r\n") << now;
+    EXPECT_TRUE(now == list || !machine.Exists(R"(E:\Save\Data\Old\b.txt)")) << "a saved file without its line";
+    if (machine.Exists(Beside("DeleteFolder.txt"))) {
+        EXPECT_THAT(machine.Read(Beside("DeleteFolder.txt")), testing::AnyOf("", "E:\\Save\\Data\\Old\r\n"));
+    }
 }
 
 void PrepareForSweep(InMemoryMachine& machine) {

@@ -11,7 +11,6 @@ namespace marlok::test {
 namespace {
 
 using testing::AllOf;
-using testing::AnyOf;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -167,12 +166,169 @@ TEST_F(DeleteSourceCopiesTest, TheLocationThatIsPickedLosesTheSource) {
     EXPECT_THAT(Settings(), SizeIs(3));
 }
 
-TEST_F(DeleteSourceCopiesTest, LinesThatContainTheSourceLeaveTheListWhateverTheirLetterCase) {
+TEST_F(DeleteSourceCopiesTest, TheLinesOfTheSourceAndOfWhatLiesBelowItLeaveTheListWhateverTheirLetterCase) {
     machine.Write(Beside("Save.txt"),
                   "C:\\Music\\m.mp3\r\nc:\\DATA\\A.DOC\r\nC:\\Data2\\x.txt\r\nD:\\Data\\y.txt\r\n"
-                  "\\\\server\\share\\C:\\data\\z\r\nC:\\Notes.txt\r\n");
+                  "\\\\server\\share\\C:\\data\\z\r\nC:\\Notes.txt\r\nC:\\Data\r\n");
     Delete({R"(C:\Data)"});
-    EXPECT_EQ(machine.Read(Beside("Save.txt")), "C:\\Music\\m.mp3\r\nD:\\Data\\y.txt\r\nC:\\Notes.txt\r\n");
+    EXPECT_EQ(machine.Read(Beside("Save.txt")),
+              "C:\\Music\\m.mp3\r\nC:\\Data2\\x.txt\r\nD:\\Data\\y.txt\r\n"
+              "\\\\server\\share\\C:\\data\\z\r\nC:\\Notes.txt\r\n");
+}
+
+TEST_F(DeleteSourceCopiesTest, ALocationThatHasGoneAwayIsReportedAndNothingChanges) {
+    const Values settings = Settings();
+    const std::string list = machine.Read(Beside("Save.txt"));
+    for (const bool missing : {false, true}) {
+        Program other(machine.machine(), nullptr);
+        ui::frmSSTab& window = OpenFilesTab(other);
+        Select(window, {R"(C:\Data)", R"(C:\Notes.txt)"});
+        if (missing) {
+            machine.Remove(R"(E:\Save)");
+        } else {
+            machine.SetDriveFailure("E:", error::notReady);
+        }
+        const std::size_t told = Told().size();
+        window.DeleteSourceCopies();
+        ASSERT_EQ(Told().size(), told + 1);
+        EXPECT_THAT(Told().back(),
+                    AllOf(StartsWith("E:\\Save\r\n"), HasSubstr("cannot be reached"), HasSubstr("\"Only Entry\"")));
+        EXPECT_EQ(Settings(), settings);
+        EXPECT_EQ(machine.Read(Beside("Save.txt")), list);
+        EXPECT_THAT(window.List4.Items(), SizeIs(3));
+        machine.SetDriveFailure("E:", error::success);
+        if (!missing) {
+            EXPECT_EQ(Saved(), whole);
+        }
+    }
+}
+
+TEST_F(DeleteSourceCopiesTest, ALocationThatGoesAwayMeanwhileKeepsEntriesAndLines) {
+    const Values settings = Settings();
+    const std::string list = machine.Read(Beside("Save.txt"));
+    ui::frmSSTab& window = OpenFilesTab(program);
+    Select(window, {R"(C:\Data)", R"(C:\Notes.txt)"});
+    machine.faults.BeforeStep([&](const Step& step) {
+        if (step.operation == "Delete" && step.path == R"(E:\Save\Notes.txt)") {
+            machine.SetDriveFailure("E:", error::notReady);
+        }
+    });
+    window.DeleteSourceCopies();
+    machine.faults.BeforeStep({});
+    EXPECT_THAT(Told(), ElementsAre(HasSubstr("cannot be reached")));
+    EXPECT_EQ(Settings(), settings);
+    EXPECT_EQ(machine.Read(Beside("Save.txt")), list);
+}
+
+TEST_F(DeleteSourceCopiesTest, AFileThatStaysKeepsItsLine) {
+    machine.Lock(R"(E:\Save\Data\Sub\b.txt)");
+    Delete({R"(C:\Data)"});
+    EXPECT_THAT(OriginalList(machine, "Save"),
+                ElementsAre(R"(C:\Data\Sub\b.txt)", R"(C:\Notes.txt)", R"(C:\Music\m.mp3)"));
+}
+
+TEST_F(DeleteSourceCopiesTest, TheLinesOfAWholeDriveStayWithItsCopies) {
+    UseSources({"C:\\", R"(D:\Films)"});
+    Delete({"C:\\"});
+    EXPECT_THAT(OriginalList(machine, "Save"), SizeIs(4));
+}
+
+TEST_F(DeleteSourceCopiesTest, ASourceInsideTheRemovedOneKeepsItsCopiesAndLines) {
+    UseSources({R"(C:\Data)", R"(C:\DATA\Sub)", R"(C:\Music)"});
+    machine.Seed({{R"(E:\Save\Data\Other\o.txt)", "o"}});
+    Delete({R"(C:\Data)"});
+    Tree expected = whole;
+    expected.erase("Data\\a.doc");
+    EXPECT_EQ(Saved(), expected);
+    EXPECT_THAT(OriginalList(machine, "Save"),
+                ElementsAre(R"(C:\Data\Sub\b.txt)", R"(C:\Notes.txt)", R"(C:\Music\m.mp3)"));
+    EXPECT_EQ(Settings(), (Values{{"SourcePath2", R"(C:\DATA\Sub)"}, {"SourcePath3", R"(C:\Music)"}}));
+}
+
+TEST_F(DeleteSourceCopiesTest, ASourceKnownByItsAliasKeepsItsCopiesToo) {
+    UseSources({R"(C:\Data)", R"(C:\Data\SUBFOL~1)", R"(C:\Music)"});
+    machine.SetAlias(R"(E:\Save\Data\Sub)", "SUBFOL~1");
+    Delete({R"(C:\Data)"});
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data\Sub\b.txt)"));
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+}
+
+TEST_F(DeleteSourceCopiesTest, AFolderWhoseInnerSourceWasNeverSavedGoesWhole) {
+    UseSources({R"(C:\Data)", R"(C:\Data\Never)", R"(C:\Music)"});
+    Delete({R"(C:\Data)"});
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data)"));
+}
+
+TEST_F(DeleteSourceCopiesTest, WhatIsSavedOfAnotherSourceTooStaysAndTheUserIsTold) {
+    const Lines lines = OriginalList(machine, "Save");
+    for (const char* other : {R"(C:\Data)", R"(D:\Data)", "C:\\"}) {
+        UseSources({R"(C:\Data\Sub)", other});
+        Program another(machine.machine(), nullptr);
+        ui::frmSSTab& window = OpenFilesTab(another);
+        Select(window, {R"(C:\Data\Sub)"});
+        window.DeleteSourceCopies();
+        EXPECT_EQ(Saved(), whole) << other;
+        EXPECT_THAT(Told().back(),
+                    AllOf(StartsWith("E:\\Save\\Data\\Sub\r\n"), HasSubstr(other), HasSubstr("saved too")));
+        EXPECT_EQ(OriginalList(machine, "Save"), lines);
+        EXPECT_EQ(Settings(), (Values{{"SourcePath2", other}}));
+    }
+}
+
+TEST_F(DeleteSourceCopiesTest, ALocationInsideTheSavedFolderStays) {
+    UseSources({R"(C:\Data)", R"(C:\Music)"});
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)", R"(C:\Music)"}}, {R"(E:\Save\Data\Inner)", {R"(C:\Notes.txt)"}}});
+    machine.Seed({{R"(E:\Save\Data\Inner\Notes.txt)", "n"}});
+    Delete({R"(C:\Data)"});
+    EXPECT_EQ(machine.Read(R"(E:\Save\Data\Inner\Notes.txt)"), "n");
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+}
+
+TEST_F(DeleteSourceCopiesTest, OriginalsAreNeverTakenForSavedCopies) {
+    // Saved "into the drive's root", a source of the same drive is its own saved copy.
+    machine.Seed({{R"(E:\Docs\d.doc)", "original"}, {R"(E:\$RECYCLE.BIN\x)", "deleted"}});
+    Configure(machine, {{"E:\\", {R"(C:\Docs)", R"(E:\Docs)", R"(C:\$RECYCLE.BIN)", R"(C:\Music)"}}});
+    Delete({R"(C:\Docs)", R"(E:\Docs)", R"(C:\$RECYCLE.BIN)"});
+    EXPECT_EQ(machine.Read(R"(E:\Docs\d.doc)"), "original");
+    EXPECT_EQ(machine.Read(R"(E:\$RECYCLE.BIN\x)"), "deleted");
+    EXPECT_THAT(Told(), ElementsAre(HasSubstr("which is to be backed up"), HasSubstr("which is to be backed up"),
+                                    HasSubstr("belongs to the system")));
+}
+
+TEST_F(DeleteSourceCopiesTest, NeitherWindowsNorTheProgramIsASavedCopy) {
+    machine.Seed({{R"(D:\Windows\System32\x.dll)", "x"}, {R"(C:\Windows\System32\x.dll)", "real"}});
+    Configure(machine, {{"C:\\", {R"(D:\Windows)", R"(D:\Windows\System32)", R"(D:\Program Files)", R"(E:\Music)"}}});
+    Delete({R"(D:\Windows)", R"(D:\Windows\System32)", R"(D:\Program Files)"});
+    EXPECT_EQ(machine.Read(R"(C:\Windows\System32\x.dll)"), "real");
+    EXPECT_TRUE(machine.Exists(Beside("Marlok Backup.exe")));
+    EXPECT_THAT(Told(), ElementsAre(HasSubstr("Windows"), HasSubstr("Windows"), HasSubstr("this program")));
+}
+
+TEST_F(DeleteSourceCopiesTest, ALineStaysWhileALocationOfTheSameNameHoldsTheFile) {
+    machine.Seed({{R"(F:\Save\Data\a.doc)", "a"}});
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)", R"(C:\Music)"}}, {R"(F:\Save)", {R"(C:\Data)", R"(C:\Music)"}}});
+    Delete({R"(C:\Data)"});
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data)"));
+    EXPECT_EQ(machine.Read(R"(F:\Save\Data\a.doc)"), "a");
+    EXPECT_THAT(OriginalList(machine, "Save"), ElementsAre(R"(C:\Data\a.doc)", R"(C:\Notes.txt)", R"(C:\Music\m.mp3)"));
+}
+
+TEST_F(DeleteSourceCopiesTest, SettingsThatCannotBeReadKeepEverything) {
+    ui::frmSSTab& window = OpenFilesTab(program);
+    Select(window, {R"(C:\Data)"});
+    const Values settings = Settings();
+    bool failed = false;
+    machine.faults.FailWhen([&failed](const Step& step) {
+        const bool fails = !failed && step.operation == "QueryValue" && step.path.ends_with(R"(Other\SourcePath2)");
+        failed = failed || fails;
+        return fails ? error::accessDenied : error::success;
+    });
+    window.DeleteSourceCopies();
+    machine.faults.FailWhen(nullptr);
+    EXPECT_TRUE(failed);
+    EXPECT_THAT(Told(), SizeIs(1));
+    EXPECT_EQ(Saved(), whole);
+    EXPECT_EQ(Settings(), settings);
 }
 
 TEST_F(DeleteSourceCopiesTest, LetterCaseBeyondEnglishDoesNotMatterEither) {
@@ -507,9 +663,9 @@ class Deletion {
         const bool fired = machine.faults.Fired();
         machine.Restart();
         EXPECT_TRUE(Untouched(machine, scene_.location) == before);
-        EXPECT_TRUE(machine.Exists(Beside(scene_.listName)));
-        if (machine.Exists(Beside(scene_.listName))) {
-            EXPECT_THAT(machine.Read(Beside(scene_.listName)), AnyOf(oldList, "C:\\Music\\m.mp3\r\n"));
+        ExpectTrueList(oldList);
+        if (end == End::byItself) {
+            ExpectNothingInSilence();
         }
         disturbed_ = fired;
         return end;
@@ -541,6 +697,33 @@ class Deletion {
             return End::death;
         }
         return End::byItself;
+    }
+
+    /// The list is whole, nothing was added to it, and each saved file that is still there has its line.
+    void ExpectTrueList(const std::string& oldList) {
+        ASSERT_TRUE(machine.Exists(Beside(scene_.listName)));
+        const std::string list = machine.Read(Beside(scene_.listName));
+        EXPECT_THAT(list, EndsWith("C:\\Music\\m.mp3\r\n"));
+        EXPECT_THAT(LinesOf(oldList), testing::IsSupersetOf(LinesOf(list)));
+        for (const std::string& line : LinesOf(oldList)) {
+            if (machine.Exists(std::string(scene_.location) + line.substr(2))) {
+                EXPECT_THAT(LinesOf(list), testing::Contains(line));
+            }
+        }
+    }
+
+    /// What is not on the location's list of sources any more has no copies left, or the user was told.
+    void ExpectNothingInSilence() {
+        std::string sources;
+        for (const auto& [name, data] : machine.registry.Values(SettingsKey(std::string(scene_.location).substr(3)))) {
+            sources += data + "\r\n";
+        }
+        for (const char* source : {R"(C:\Data)", R"(C:\Notes.txt)"}) {
+            if (machine.Exists(scene_.location + std::string(source).substr(2)) &&
+                sources.find(source) == std::string::npos) {
+                EXPECT_THAT(machine.desktop.Messages(), testing::Not(IsEmpty())) << source;
+            }
+        }
     }
 
     Scene scene_;

@@ -85,7 +85,37 @@ TEST_F(FileSearchTest, AFolderThatCannotBeListedIsNotTakenForEmpty) {
     machine.Deny(R"(E:\Save\Empty\Inner)");
     Search();
     EXPECT_THAT(Empties(), IsEmpty());
+    ASSERT_EQ(folders.broken.size(), 1U);
+    EXPECT_EQ(folders.broken.front().folder, R"(E:\Save\Empty\Inner)");
+    EXPECT_EQ(folders.broken.front().code, error::accessDenied);
     machine.Deny(R"(E:\Save\Empty\Inner)", false);
+}
+
+TEST_F(FileSearchTest, AListingThatBreaksOffSaysWhereAndWhatItFoundBeforeCounts) {
+    machine.faults.FailWhen([](const Step& step) {
+        return step.operation == "FindNext" && step.path == R"(E:\Save\Docs\Deep\*)" ? error::ioDevice : error::success;
+    });
+    Search();
+    machine.faults.FailWhen(nullptr);
+    ASSERT_EQ(folders.broken.size(), 1U);
+    EXPECT_EQ(folders.broken.front().folder, R"(E:\Save\Docs\Deep)");
+    EXPECT_EQ(folders.broken.front().code, error::ioDevice);
+    EXPECT_THAT(found, testing::Contains(R"(E:\Save\z.txt)"));
+}
+
+TEST_F(FileSearchTest, TheSystemsFoldersInARootAreNoneOfTheSavedFiles) {
+    constexpr std::uint32_t protectedBits = attribute::hidden | attribute::system;
+    machine.Seed({{R"(E:\$RECYCLE.BIN\S-1\$R1.txt)", "deleted"},
+                  {R"(E:\System Volume Information\)"},
+                  {R"(E:\Recovery\)", "", {}, protectedBits},
+                  {R"(E:\Save\$RECYCLE.BIN\saved.txt)", "saved from a drive's root"}});
+    spec = {true, 0, 0, "*.*", "E:\\"};
+    folders = SearchFiles(machine.files, spec, sink);
+    EXPECT_THAT(folders.paths, testing::Not(testing::Contains(testing::StartsWith(R"(E:\$RECYCLE.BIN)"))));
+    EXPECT_THAT(folders.paths, testing::Not(testing::Contains(R"(E:\System Volume Information)")));
+    EXPECT_THAT(folders.paths, testing::Not(testing::Contains(R"(E:\Recovery)")));
+    EXPECT_THAT(found, testing::Contains(R"(E:\Save\$RECYCLE.BIN\saved.txt)"));
+    EXPECT_EQ(spec.fileCount, 5);
 }
 
 TEST_F(FileSearchTest, NothingIsSearchedWhileTheSearchIsOff) {
@@ -102,8 +132,11 @@ TEST_F(FileSearchTest, FoldersAreListedOnlyWhenAsked) {
 
 TEST_F(FileSearchTest, AMissingFolderHoldsNothing) {
     spec = {true, 0, 0, "*.*", "N:\\Nowhere\\"};
-    EXPECT_THAT(SearchFiles(machine.files, spec, sink).paths, IsEmpty());
+    folders = SearchFiles(machine.files, spec, sink);
+    EXPECT_THAT(folders.paths, IsEmpty());
     EXPECT_EQ(spec.fileCount, 0);
+    ASSERT_EQ(folders.broken.size(), 1U);
+    EXPECT_EQ(folders.broken.front().folder, R"(N:\Nowhere)");
 }
 
 TEST_F(FileSearchTest, HoldsHundredThousandFiles) {

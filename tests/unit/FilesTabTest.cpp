@@ -137,6 +137,60 @@ TEST_F(FilesTabTest, WhatWasLeftUnstoredIsStoredWithTheNextOne) {
                                             R"(SourcePath4=C:\Data\c.doc)"));
 }
 
+TEST_F(FilesTabTest, AddingASingleFileMakesTheFolderThatItsCopyWillLieIn) {
+    machine.Seed({{R"(E:\Save\)"}});
+    ui::frmSSTab& window = OpenTab();
+    window.Dir2.SetPath(R"(C:\Data)");
+    window.File2.UserSelected(0, {0});
+    window.Command4.Click();
+    EXPECT_TRUE(machine.Exists(R"(E:\Save\Data)"));
+    EXPECT_FALSE(machine.Exists(R"(E:\Save\Data\a.doc)"));
+    EXPECT_EQ(RunUnattended(machine, "C Save"), exitcode::allDone);
+    EXPECT_EQ(machine.Read(R"(E:\Save\Data\a.doc)"), "a");
+}
+
+TEST_F(FilesTabTest, AFolderThatCannotBeMadeForASingleFileIsSaid) {
+    machine.Seed({{R"(E:\Save\Data)", "a file in its place"}});
+    machine.desktop.Answer(button::ok);
+    ui::frmSSTab& window = OpenTab();
+    window.Dir2.SetPath(R"(C:\Data)");
+    window.File2.UserSelected(0, {0});
+    window.Command4.Click();
+    EXPECT_THAT(LastMessage(), testing::StartsWith("E:\\Save\\Data\r\n\r\n Could Not Be Created"));
+    EXPECT_THAT(Stored("Save"), SizeIs(2));
+}
+
+TEST_F(FilesTabTest, WhereTheLocationCannotBeReachedNoFolderIsMadeForASingleFile) {
+    ui::frmSSTab& window = OpenTab();
+    window.Dir2.SetPath(R"(C:\Data)");
+    window.File2.UserSelected(0, {0});
+    window.Command4.Click();
+    EXPECT_FALSE(machine.Exists(R"(E:\Save)")) << "another disk may have the letter";
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
+}
+
+TEST_F(FilesTabTest, ASecondOriginalOfOneSavedPathIsAddedAndThatIsSaid) {
+    machine.Seed({{R"(D:\Data\a.doc)", "another a"}});
+    UseSources({R"(C:\Data)", R"(C:\Music)"});
+    machine.desktop.Answer(button::ok);
+    ui::frmSSTab& window = OpenTab();
+    window.Dir2.SetPath(R"(D:\Data)");
+    window.Command4.Click();
+    ASSERT_THAT(machine.desktop.Messages(), SizeIs(1));
+    EXPECT_THAT(LastMessage(),
+                testing::StartsWith("D:\\Data\r\nAnd C:\\Data\r\nAre Saved In The Same Place: E:\\Save\\Data"));
+    EXPECT_THAT(Stored("Save"), SizeIs(3)) << "it is added all the same";
+}
+
+TEST_F(FilesTabTest, AFolderInsideASourceIsSavedInItsOwnPlace) {
+    UseSources({R"(C:\Data)"});
+    ui::frmSSTab& window = OpenTab();
+    window.Dir2.SetPath(R"(C:\Data\Sub)");
+    window.Command4.Click();
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
+    EXPECT_THAT(Stored("Save"), SizeIs(2));
+}
+
 TEST_F(FilesTabTest, AFileOfADriveRootHasOneBackslash) {
     machine.Seed({{R"(C:\root.txt)", "r"}});
     ui::frmSSTab& window = OpenTab();

@@ -35,6 +35,11 @@ class FolderScanTest : public testing::Test {
     FolderScan scan;
 };
 
+TEST_F(FolderScanTest, BelowADrivesRootNoPathHoldsTwoBackslashes) {
+    machine.Seed({{R"(D:\a\x\y\)"}, {R"(D:\b\)"}});
+    EXPECT_THAT(Scan(R"(D:\)"), ElementsAre(R"(D:\a)", R"(D:\a\x)", R"(D:\a\x\y)", R"(D:\b)"));
+}
+
 TEST_F(FolderScanTest, FoldersComeInPreOrderWithoutTrailingBackslash) {
     machine.Seed({{R"(C:\Data\a\x\)"}, {R"(C:\Data\a\y\)"}, {R"(C:\Data\b\)"}, {R"(C:\Data\file.txt)", "f"}});
     EXPECT_THAT(Scan(R"(C:\Data)"), ElementsAre(R"(C:\Data\a)", R"(C:\Data\a\x)", R"(C:\Data\a\y)", R"(C:\Data\b)"));

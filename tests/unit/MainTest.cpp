@@ -122,65 +122,67 @@ TEST_F(MainTest, HelpIsThereForEveryWindow) {
 }
 
 TEST_F(MainTest, PendingDeletionsAreCarriedOutOnce) {
-    machine.Seed({{R"(C:\Old\Sub\x.txt)", "x"},
-                  {R"(C:\Single.txt)", "s"},
+    machine.Seed({{R"(C:\Old\Sub\)"},
+                  {R"(C:\Older\)"},
                   {R"(C:\Kept\y.txt)", "y"},
-                  {Beside("DeleteFolder.txt"), "C:\\Old\r\n\r\nC:\\Single.txt\r\n"}});
+                  {Beside("DeleteFolder.txt"), "C:\\Old\r\n\r\nC:\\Older\r\n"}});
     Start("");
     EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
-    EXPECT_FALSE(machine.Exists(R"(C:\Single.txt)"));
+    EXPECT_FALSE(machine.Exists(R"(C:\Older)"));
     EXPECT_TRUE(machine.Exists(R"(C:\Kept\y.txt)"));
     EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
     EXPECT_TRUE(machine.Exists(Beside("Marlok Backup.exe")));
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
 }
 
 TEST_F(MainTest, ThePendingLineWithoutALineBreakCounts) {
-    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Missing\r\nC:\\Old"}});
+    machine.Seed({{R"(C:\Old\)"}, {Beside("DeleteFolder.txt"), "C:\\Missing\r\nC:\\Old"}});
     Start("");
     EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
 }
 
 TEST_F(MainTest, PendingPathsAreNotTrimmed) {
-    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {Beside("DeleteFolder.txt"), ";C:\\Old\r\n#C:\\Old\r\n"}});
+    machine.Seed({{R"(C:\Old\)"}, {Beside("DeleteFolder.txt"), ";C:\\Old\r\n#C:\\Old\r\n C:\\Old\r\n"}});
     Start("");
-    EXPECT_TRUE(machine.Exists(R"(C:\Old\x.txt)"));
+    EXPECT_TRUE(machine.Exists(R"(C:\Old)"));
 }
 
 TEST_F(MainTest, AnEmptyListOfPendingDeletionsIsDeleted) {
     machine.Seed({{Beside("DeleteFolder.txt"), ""}});
     Start("");
     EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
 }
 
-TEST_F(MainTest, APendingPathThatCannotBeDeletedIsPassedOver) {
-    machine.Seed(
-        {{R"(C:\Held\x.txt)", "x"}, {R"(C:\Old\y.txt)", "y"}, {Beside("DeleteFolder.txt"), "C:\\Held\r\nC:\\Old\r\n"}});
-    machine.Lock(R"(C:\Held\x.txt)");
+TEST_F(MainTest, APendingFolderThatIsKeptIsShownInOneBoxAndInTheErrorLog) {
+    machine.Seed({{R"(C:\Held\x.txt)", "x"},
+                  {R"(C:\Old\)"},
+                  {Beside("DeleteFolder.txt"), "C:\\Held\r\nC:\\Held\\x.txt\r\nC:\\Old\r\n"}});
+    machine.desktop.Answer(button::ok);
     EXPECT_EQ(FirstWindow(Start("")), "frmSSTab");
     EXPECT_TRUE(machine.Exists(R"(C:\Held\x.txt)"));
     EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
     EXPECT_FALSE(machine.Exists(Beside("DeleteFolder.txt")));
-    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
+    ASSERT_EQ(machine.desktop.Messages().size(), 1U);
+    EXPECT_THAT(machine.desktop.Messages().front().text, HasSubstr("C:\\Held\r\n    not deleted"));
+    EXPECT_THAT(machine.desktop.Messages().front().text, HasSubstr("C:\\Held\\x.txt\r\n    not deleted"));
+    EXPECT_EQ(machine.desktop.Messages().front().title, "Marlok Info.....");
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(Reported(R"(C:\Held)"), Reported(R"(C:\Held\x.txt)")));
 }
 
-TEST_F(MainTest, APendingLinkGoesAndItsTargetStays) {
-    machine.Seed({{R"(C:\Precious\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Old\r\n"}});
-    machine.MakeLink(R"(C:\Old\Link)", R"(C:\Precious)");
-    Start("");
-    EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
-    EXPECT_EQ(machine.Read(R"(C:\Precious\x.txt)"), "x");
-}
-
-TEST_F(MainTest, AListOfPendingDeletionsInTheCodePageIsUnderstood) {
-    machine.Seed({{"C:\\\u00C4lt\\x.txt", "x"}, {Beside("DeleteFolder.txt"), "C:\\\xC4lt\r\n"}});
-    Start("");
-    EXPECT_FALSE(machine.Exists("C:\\\u00C4lt"));
+TEST_F(MainTest, AnUnattendedStartShowsNoBoxForAPendingFolderThatIsKept) {
+    machine.Seed({{R"(C:\Held\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Held\r\n"}});
+    EXPECT_EQ(RunUnattended(machine, "C"), exitcode::allDone);
+    EXPECT_THAT(machine.process.ErrorLines(), ElementsAre(HasSubstr("C:\\Held: not deleted")));
+    // The run has failed nothing, so its error log is none.
+    EXPECT_FALSE(machine.Exists(Beside("Backup Error Log.txt")));
+    EXPECT_THAT(machine.Read(Beside("Backup Report.txt")), HasSubstr("Notes:\r\nC:\\Held: not deleted"));
 }
 
 TEST_F(MainTest, AHiddenListOfPendingDeletionsIsNotSeen) {
-    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {Beside("DeleteFolder.txt"), "C:\\Old\r\n", {}, attribute::hidden}});
+    machine.Seed({{R"(C:\Old\)"}, {Beside("DeleteFolder.txt"), "C:\\Old\r\n", {}, attribute::hidden}});
     Start("");
-    EXPECT_TRUE(machine.Exists(R"(C:\Old\x.txt)"));
+    EXPECT_TRUE(machine.Exists(R"(C:\Old)"));
     EXPECT_TRUE(machine.Exists(Beside("DeleteFolder.txt")));
 }
 
@@ -335,7 +337,7 @@ TEST_F(MainTest, ACommandFileThatCannotBeWrittenEndsTheProgram) {
 
 TEST_F(MainTest, AProgramInTheRootOfADriveFindsItsFiles) {
     machine.process.programFolder = "E:\\";
-    machine.Seed({{R"(C:\Old\x.txt)", "x"}, {R"(E:\DeleteFolder.txt)", "C:\\Old"}});
+    machine.Seed({{R"(C:\Old\)"}, {R"(E:\DeleteFolder.txt)", "C:\\Old"}});
     const Program& program = Start("");
     EXPECT_FALSE(machine.Exists(R"(C:\Old)"));
     EXPECT_EQ(program.session.gAppFolder.WithBackslash(), "E:\\");

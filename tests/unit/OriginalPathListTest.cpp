@@ -195,6 +195,142 @@ TEST_F(OriginalPathListTest, AListCannotBeWrittenHalf) {
     }
 }
 
+class OriginalPathLookupTest : public OriginalPathListTest {
+ protected:
+    /// The list with these lines, read.
+    OriginalPathList Loaded(const std::string& text) {
+        machine.Write(Beside("Save.txt"), text);
+        OriginalPathList list(machine.machine(), Location(R"(E:\Save)"));
+        EXPECT_EQ(list.Load(), OriginalPathList::State::read);
+        return list;
+    }
+
+    FoundOriginal Find(const std::string& text, const std::string& name) {
+        return Loaded(text).FindAll({name}).front();
+    }
+
+    static bool Always(const std::string& /*line*/) { return true; }
+};
+
+TEST_F(OriginalPathLookupTest, TheExactLineWinsOverALongerOneThatComesFirst) {
+    const char* text = "D:\\Old\\Data\\a.doc\r\nC:\\Data\\a.doc.bak\r\nD:\\Data\\a.doc\r\n";
+    const FoundOriginal found = Find(text, R"(Data\a.doc)");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(*found, R"(D:\Data\a.doc)");
+}
+
+TEST_F(OriginalPathLookupTest, WithoutAnExactLineTheFirstOccurrenceCounts) {
+    const FoundOriginal found = Find("C:\\Data\\a.doc.bak\r\n", R"(Data\a.doc)");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(*found, R"(C:\Data\a.doc)");
+    EXPECT_FALSE(Find("C:\\Data\\A.DOC\r\n", R"(Data\a.doc)")) << "letter case matters";
+    EXPECT_FALSE(Find("C:\\Music\\m.mp3\r\n", R"(Data\a.doc)"));
+    const FoundOriginal noPath = Find("xData\\a.doc\r\n", R"(Data\a.doc)");
+    ASSERT_TRUE(noPath);
+    EXPECT_EQ(*noPath, "");
+}
+
+TEST_F(OriginalPathLookupTest, TwoExactLinesAreTwoOriginals) {
+    const FoundOriginal found = Find("C:\\Data\\a.doc\r\nD:\\DATA\\a.doc\r\nc:\\data\\A.doc\r\n", R"(Data\a.doc)");
+    EXPECT_EQ(found.kind, FoundOriginal::Kind::several);
+    EXPECT_FALSE(found);
+    EXPECT_THAT(found.paths, ElementsAre(R"(C:\Data\a.doc)", R"(D:\DATA\a.doc)"));
+}
+
+TEST_F(OriginalPathLookupTest, LinesThatDifferInLetterCaseAloneAreOneOriginal) {
+    const FoundOriginal found = Find("C:\\DATA\\a.doc\r\nC:\\Data\\a.doc\r\n", R"(Data\a.doc)");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(*found, R"(C:\Data\a.doc)");
+}
+
+TEST_F(OriginalPathLookupTest, ANetworkOriginalIsFoundWhole) {
+    const FoundOriginal found = Find("C:\\a\r\n\\\\server\\share\\x.doc\r\n", R"(server\share\x.doc)");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(*found, R"(\\server\share\x.doc)");
+}
+
+TEST_F(OriginalPathLookupTest, AFileOfARootIsFoundWhole) {
+    const FoundOriginal found = Find("C:\\Data\\a.doc\r\nD:\\a.doc\r\n", "a.doc");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(*found, R"(D:\a.doc)");
+}
+
+TEST_F(OriginalPathLookupTest, EachNameTakesItsExactLineElseTheFirstThatContainsIt) {
+    OriginalPathList list =
+        Loaded("D:\\DATA\\A.DOC.old\r\nC:\\Data\\a.doc\r\nC:\\x\\Data\\b.doc.bak\r\nC:\\y\\Data\\B.doc.bak\r\n");
+    list.RemoveFirst({R"(Data\a.doc)", R"(Data\b.doc)"}, Always);
+    EXPECT_THAT(list.Lines(), ElementsAre(R"(D:\DATA\A.DOC.old)", R"(C:\y\Data\B.doc.bak)"));
+}
+
+TEST_F(OriginalPathLookupTest, ALineThatMayNotGoStays) {
+    OriginalPathList list = Loaded("C:\\Data\\a.doc.bak\r\nC:\\Data\\a.doc.old\r\n");
+    list.RemoveFirst({R"(Data\a.doc)"}, [](const std::string& line) { return line.ends_with(".old"); });
+    EXPECT_THAT(list.Lines(), ElementsAre(R"(C:\Data\a.doc.bak)"));
+    list.RemoveBelow({R"(C:\Data)"}, [](const std::string&) { return false; });
+    EXPECT_THAT(list.Lines(), ElementsAre(R"(C:\Data\a.doc.bak)"));
+}
+
+TEST_F(OriginalPathLookupTest, WholeComponentsLieBelow) {
+    OriginalPathList list =
+        Loaded("C:\\Photos2019\\p.jpg\r\nc:\\PHOTOS\\p.jpg\r\nC:\\Photos\r\nD:\\Photos\\p.jpg\r\nX C:\\Photos\\q\r\n");
+    list.RemoveBelow({R"(C:\Photos)"}, Always);
+    EXPECT_THAT(list.Lines(), ElementsAre(R"(C:\Photos2019\p.jpg)", R"(D:\Photos\p.jpg)", R"(X C:\Photos\q)"));
+}
+
+std::string AsUtf16(const std::u16string& text, bool bigEndian) {
+    std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char16_t unit : text) {
+        const char high = static_cast<char>(unit >> 8U);
+        const char low = static_cast<char>(unit & 0xFFU);
+        bytes += bigEndian ? high : low;
+        bytes += bigEndian ? low : high;
+    }
+    return bytes;
+}
+
+TEST_F(OriginalPathLookupTest, WhatOtherProgramsMadeOfTheListIsReadAndNeverMixed) {
+    const std::u16string text = u"C:\\Data\\\u00E4.doc\r\nC:\\Data\\\U0001F382.doc\r\n";
+    const std::string utf8 = "C:\\Data\\\u00E4.doc\r\nC:\\Data\\\U0001F382.doc\r\n";
+    for (const std::string& bytes : {AsUtf16(text, false), AsUtf16(text, true), "\xEF\xBB\xBF" + utf8,
+                                     std::string("C:\\Data\\\u00E4.doc\nC:\\Data\\\U0001F382.doc\n"),
+                                     std::string("C:\\Data\\\u00E4.doc\rC:\\Data\\\U0001F382.doc"),
+                                     std::string("C:\\Data\\\u00E4.doc\n\r\nC:\\Data\\\U0001F382.doc")}) {
+        const OriginalPathList list = Loaded(bytes);
+        EXPECT_THAT(list.Lines(), ElementsAre("C:\\Data\\\u00E4.doc", "C:\\Data\\\U0001F382.doc"));
+        EXPECT_TRUE(list.FindAll({"Data\\\U0001F382.doc"}).front());
+        EXPECT_EQ(Add({R"(C:\new)"}), error::success);
+        EXPECT_THAT(machine.Read(Beside("Save.txt")), testing::StartsWith("C:\\Data\\\u00E4.doc\r\n"));
+        EXPECT_THAT(machine.Read(Beside("Save.txt")), testing::EndsWith("C:\\Data\\\U0001F382.doc\r\nC:\\new\r\n"));
+    }
+}
+
+TEST_F(OriginalPathLookupTest, AListThatIsNoTextIsReportedAndStays) {
+    for (const std::string& bytes : {std::string(64, '\0'), std::string("C:\\a\r\n\0\0", 8),
+                                     std::string("\xFF\xFE"
+                                                 "C\0:",
+                                                 5)}) {
+        machine.Write(Beside("Save.txt"), bytes);
+        EXPECT_EQ(Add({R"(C:\new)"}), error::invalidData);
+        EXPECT_EQ(machine.Read(Beside("Save.txt")), bytes);
+    }
+}
+
+TEST_F(OriginalPathLookupTest, AHalfPairInANameIsListedExactlyInValidUtf8) {
+    const std::string odd = "C:\\Data\\a\xED\xA0\xBD.doc";  // U+D83D alone
+    EXPECT_EQ(Add({odd, "C:\\100%\\<b>"}), error::success);
+    EXPECT_EQ(machine.Read(Beside("Save.txt")), "C:\\Data\\a<D83D>.doc\r\nC:\\100%\\<b>\r\n");
+    OriginalPathList list(machine.machine(), Location(R"(E:\Save)"));
+    EXPECT_EQ(list.Load(), OriginalPathList::State::read);
+    EXPECT_THAT(list.Lines(), ElementsAre(odd, "C:\\100%\\<b>"));
+    EXPECT_EQ(*list.FindAll({odd.substr(3)}).front(), odd);
+    machine.faults.Reset();
+    EXPECT_EQ(Add({odd}), error::success) << "it is listed already";
+    EXPECT_EQ(machine.faults.Mutations(), 0U);
+    list.RemoveFirst({"100%\\<b>"}, Always);
+    EXPECT_EQ(list.Save(OriginalPathList::NothingLeft::removesTheFile), error::success);
+    EXPECT_EQ(machine.Read(Beside("Save.txt")), "C:\\Data\\a<D83D>.doc\r\n");
+}
+
 TEST_F(OriginalPathListTest, AHundredThousandPathsAreListedInASecondOrTwo) {
     Lines originals;
     for (int i = 0; i < 100'000; ++i) {

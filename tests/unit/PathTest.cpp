@@ -78,6 +78,10 @@ TEST(PathTest, NothingLiesAboveARoot) {
     EXPECT_EQ(FolderAbove(R"(\\server\share\A)"), R"(\\server\share)");
     EXPECT_EQ(FolderAbove(R"(\\server\share)"), "");
     EXPECT_EQ(FolderAbove(R"(\\server\share\)"), "");
+    EXPECT_EQ(FolderAbove(R"(\A)"), "\\");
+    EXPECT_EQ(FolderAbove("\\"), "");
+    EXPECT_EQ(FolderAbove("A"), "");
+    EXPECT_EQ(FolderAbove(""), "");
 }
 
 TEST(RootsTest, DrivesSharesDevicesAndTheRest) {

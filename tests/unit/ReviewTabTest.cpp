@@ -4,10 +4,12 @@
 namespace marlok::test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
+using testing::StartsWith;
 
 constexpr std::uint32_t confirmation = messagestyle::okCancel | messagestyle::information;
 
@@ -208,11 +210,78 @@ TEST_F(ReviewTabTest, SelectedFilesGoBackToWhereTheyCameFrom) {
 }
 
 TEST_F(ReviewTabTest, ANameInsideALongerLineMatchesThere) {
-    WriteList("F:\\Data\\a.doc.bak\r\nC:\\Data\\a.doc\r\n");
+    WriteList("F:\\Data\\a.doc.bak\r\nG:\\Data\\a.doc.old\r\n");
     machine.AddDrive('F');
     Replace({0});
     EXPECT_THAT(Replacement()->List2.Items(), ElementsAre(R"(F:\Data\a.doc)")) << "the first place in the list counts";
     FinishReplacement();
+}
+
+TEST_F(ReviewTabTest, TheLineOfTheFileItselfWinsOverALongerOne) {
+    WriteList("F:\\Data\\a.doc.bak\r\nC:\\Data\\a.doc\r\n");
+    machine.AddDrive('F');
+    Replace({0});
+    EXPECT_THAT(Replacement()->List2.Items(), ElementsAre(R"(C:\Data\a.doc)"));
+    FinishReplacement();
+    EXPECT_EQ(machine.Read(R"(C:\Data\a.doc)"), "saved a");
+}
+
+TEST_F(ReviewTabTest, NeitherOfTwoOriginalsIsReplaced) {
+    WriteList("C:\\Data\\a.doc\r\nD:\\Data\\a.doc\r\n");
+    machine.Seed({{R"(D:\Data\a.doc)", "the other a"}});
+    machine.desktop.OnMessage([](const ShownMessage&) { return button::ok; });
+    Replace({0});
+    FinishReplacement();
+    EXPECT_EQ(machine.Read(R"(C:\Data\a.doc)"), "now a");
+    EXPECT_EQ(machine.Read(R"(D:\Data\a.doc)"), "the other a");
+    EXPECT_THAT(ErrorLog(machine), ElementsAre(AllOf(StartsWith(R"(E:\Save\Data\a.doc: not replaced)"),
+                                                     HasSubstr(R"(C:\Data\a.doc, D:\Data)"))));
+}
+
+TEST_F(ReviewTabTest, ALocationThatCannotBeReachedIsNotShownAsEmpty) {
+    ui::frmSSTab& window = OpenTab();
+    machine.Remove(R"(E:\Other)");
+    window.List5.UserSelected(1, {1});
+    window.Command13.Click();
+    EXPECT_THAT(window.List6.Items(), ElementsAre(AllOf(StartsWith("     "), HasSubstr("Cannot Be Reached"),
+                                                        HasSubstr(R"(E:\Other)"), HasSubstr("(error 3)"))));
+    EXPECT_EQ(window.Text1.Text.Get(), "0");
+    EXPECT_EQ(window.Command13.Caption.Get(), "Show Saved Files");
+    EXPECT_TRUE(window.Command13.Enabled);
+    machine.SetDriveFailure("E:", error::notReady);
+    window.List5.UserSelected(0, {0});
+    window.Command13.Click();
+    EXPECT_THAT(window.List6.Items(), ElementsAre(HasSubstr("Cannot Be Reached")));
+    machine.SetDriveFailure("E:", error::success);
+    window.Command13.Click();
+    EXPECT_EQ(window.List6.ListCount(), 3);
+}
+
+TEST_F(ReviewTabTest, AFolderThatCannotBeReadIsNamedAboveTheFiles) {
+    machine.Deny(R"(E:\Save\Data\Sub)");
+    machine.desktop.OnMessage([](const ShownMessage&) { return button::ok; });
+    ui::frmSSTab& window = OpenTab();
+    window.Command13.Click();
+    EXPECT_THAT(window.List6.Items(),
+                ElementsAre(AllOf(StartsWith("     "), HasSubstr(R"(E:\Save\Data\Sub, access was denied)")),
+                            R"(E:\Save\Data\a.doc)", R"(E:\Save\Music\m.mp3)"));
+    EXPECT_EQ(window.Text1.Text.Get(), "2");
+    // The line is no file: it is neither replaced nor deleted.
+    window.List6.UserSelected(0, {0});
+    window.Command13.Click();
+    EXPECT_EQ(LastMessage(), "You Have Not Selected Any Files");
+    machine.Deny(R"(E:\Save\Data\Sub)", false);
+}
+
+TEST_F(ReviewTabTest, OnlyWhatCannotBeReadLeavesNothingToReplace) {
+    machine.Seed({{R"(E:\Other\Shut\x.txt)", "x"}});
+    machine.Deny(R"(E:\Other\Shut)");
+    ui::frmSSTab& window = OpenTab();
+    window.List5.UserSelected(1, {1});
+    window.Command13.Click();
+    EXPECT_THAT(window.List6.Items(), ElementsAre(HasSubstr(R"(E:\Other\Shut)")));
+    EXPECT_EQ(window.Command13.Caption.Get(), "Show Saved Files");
+    machine.Deny(R"(E:\Other\Shut)", false);
 }
 
 TEST_F(ReviewTabTest, TheOnlyFileBeingUnlistedLeavesNoLog) {

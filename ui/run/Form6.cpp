@@ -89,6 +89,7 @@ void Form6::ReadCommandFile() {
 void Form6::BackupLocations() {
     RunPlan plan;
     plan.allFiles = session_.gAllFiles;
+    plan.atStart = session_.atStart;
     for (const Location& location : session_.Configuration().Locations()) {
         if (IsChosen(location)) {
             plan.locations.push_back(location);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "engine/RunLog.h"
+#include "engine/RunReport.h"
 #include "paths/ProgramFiles.h"
 #include "platform/Machine.h"
 #include "settings/BackupSettings.h"
@@ -31,6 +32,7 @@ struct Session {
     std::string gCommandFile;  ///< full path of "Command.txt"
 
     int exitCode = exitcode::allDone;
+    RunReport atStart;  ///< what a start with arguments could not do, for the report of its run
 
     [[nodiscard]] BackupSettings Configuration() const { return BackupSettings(*gSettings); }
 };
