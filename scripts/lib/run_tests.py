@@ -258,7 +258,7 @@ STAGES = [
     Stage("windows", "tests on the real machine", windows_stage, needs=["packages", "build-windows"], after=["demo"]),
     Stage("e2e", "the built program, end to end", e2e_stage, needs=["packages", "build-windows"], after=["demo"]),
     Stage("release", "the packages", release_stage, needs=["packages", "build-windows"], after=["demo"]),
-    Stage("installer", "installing, upgrading and removing", installer_stage, needs=["release"]),
+    Stage("installer", "installing, upgrading and removing", installer_stage, needs=["release"], after=["windows"]),
     Stage("build-host", "the rules, with sanitizers", build_host_stage, patient=True),
     Stage("unit", "unit tests on the in-memory machine", unit_stage, needs=["build-host"], patient=True),
     Stage(

@@ -2,10 +2,11 @@
 
 from __future__ import annotations
 
+import re
 import subprocess
 from pathlib import Path
 
-from harness import ERROR_LOG, PROGRAM, RUN_LOG, Machine, read_link, tree_of, wait_until, write
+from harness import ERROR_LOG, PROGRAM, REPO, RUN_LOG, Machine, read_link, tree_of, wait_until, write
 from setup_program import DONE, NOT_WRITTEN, RUNNING, UNINSTALLER, WRONG_FOLDER, WRONG_WINDOWS, SetUp
 
 LOCATION = r"E:\Backups\Daily"
@@ -237,6 +238,14 @@ def test_removing_with_data_takes_logs_lists_and_settings_too(setup: SetUp, mach
     assert wine.run(["reg", "query", r"HKCU\Software\Marlok Software\Fenwold"]).returncode != 0
     assert "yes" in wine.run(["reg", "query", elsewhere]).stdout
     assert tree_of(machine.e) == saved
+
+
+def test_removing_with_data_knows_every_text_file_of_the_program() -> None:
+    names = re.findall(r'"([^"]+\.txt)"', (REPO / "paths" / "ProgramFiles.h").read_text(encoding="utf-8"))
+    assert len(names) >= 7
+    script = (REPO / "packaging" / "setup.nsi").read_text(encoding="utf-8")
+    data = script.split('Section /o "un.Logs, lists and settings"')[1].split("SectionEnd")[0]
+    assert [name for name in names if f'Delete "$INSTDIR\\{name}"' not in data] == []
 
 
 def test_removing_with_data_leaves_the_links_of_another_copy(setup: SetUp, machine: Machine) -> None:
