@@ -52,8 +52,8 @@ li { margin: .3rem 0; }
   nav { position: static; height: auto; border: 0; break-after: page; }
   main { max-width: none; padding: 0; }
   h2 { break-after: avoid; }
-  img, table, tr { break-inside: avoid; }
-  img { max-height: 16cm; width: auto; }
+  img, tr { break-inside: avoid; }
+  img { max-height: 9cm; width: auto; }
 }
 """
 
