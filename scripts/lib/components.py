@@ -47,13 +47,15 @@ GCC_NOTICE = DOCUMENTS / "gcc-mingw-w64-base" / "copyright"
 MINGW_NOTICE = DOCUMENTS / "mingw-w64-common" / "copyright"
 STDCXX = Component("libstdc++", "C++ standard library", GCC, "g++-mingw-w64-x86-64-posix", GCC_NOTICE, ("GPL-3",))
 LIBGCC = Component("libgcc", "run-time library of the compiler", GCC, "gcc-mingw-w64-x86-64-posix", GCC_NOTICE, ("GPL-3",))
+# Some of its files have terms of their own, all of them permissive; the notice has them.
 RUNTIME = Component(
-    "mingw-w64-runtime", "C run-time library, start-up code and import libraries", "ZPL-2.1", "mingw-w64-x86-64-dev",
+    "mingw-w64-runtime", "C run-time library, start-up code and import libraries", "ZPL-2.1 AND LicenseRef-mingw-w64-runtime",
+    "mingw-w64-x86-64-dev",
     MINGW_NOTICE)  # fmt: skip
-THREADS = Component("winpthreads", "threads", "MIT AND BSD-3-Clause-Clear", "mingw-w64-x86-64-dev", MINGW_NOTICE)
+THREADS = Component("winpthreads", "threads", "MIT AND BSD-3-Clause", "mingw-w64-x86-64-dev", MINGW_NOTICE)
 # The part of the set-up program that is not ours: it unpacks and runs the script.
 INSTALLER = Component(
-    "nsis", "set-up program", "Zlib AND CPL-1.0 AND bzip2-1.0.6", "nsis", DOCUMENTS / "nsis" / "copyright")
+    "nsis", "set-up program", "Zlib AND MIT AND CPL-1.0 WITH LZMA-exception", "nsis", DOCUMENTS / "nsis" / "copyright")
 
 LIBRARIES = {
     "libstdc++.a": STDCXX,
