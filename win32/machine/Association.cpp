@@ -43,7 +43,10 @@ std::wstring CommandFor(std::wstring command, const std::wstring& address) {
 SystemError OpenByScheme(const std::wstring& scheme, const std::wstring& address) {
     std::wstring command(longestCommand, L'\0');
     DWORD length = longestCommand;
-    if (FAILED(AssocQueryStringW(ASSOCF_NONE, ASSOCSTR_COMMAND, scheme.c_str(), L"open", command.data(), &length))) {
+    // As a protocol: what the user has chosen counts then, not what came with the system.
+    const HRESULT found =
+        AssocQueryStringW(ASSOCF_IS_PROTOCOL, ASSOCSTR_COMMAND, scheme.c_str(), L"open", command.data(), &length);
+    if (FAILED(found)) {
         return error::fileNotFound;
     }
     command.resize(command.find(L'\0'));
