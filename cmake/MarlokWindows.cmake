@@ -9,9 +9,11 @@ function(marlok_delayed_library name)
   set(definition "${CMAKE_CURRENT_SOURCE_DIR}/cmake/delayed/${name}.def")
   set(library "${CMAKE_CURRENT_BINARY_DIR}/delayed/lib${name}_delayed.a")
   file(MAKE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/delayed")
+  # Written by its name alone: the tool makes names of symbols of the whole path that it is given, and the program's
+  # bytes would depend on where it is built.
   add_custom_command(
     OUTPUT "${library}"
-    COMMAND "${MARLOK_DLLTOOL}" --input-def "${definition}" --output-delaylib "${library}"
+    COMMAND "${MARLOK_DLLTOOL}" --input-def "${definition}" --output-delaylib "lib${name}_delayed.a"
             --temp-prefix "${name}_delayed"
     DEPENDS "${definition}"
     WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}/delayed"
