@@ -227,6 +227,11 @@ FunctionEnd
 
 ; ---- installing ----
 
+; One by one: all at once they would be packed in the order in which the build's disk lists them.
+!macro Unpack name
+    File "${SOURCE}/${name}"
+!macroend
+
 ; $R7 is 1 once a file could not take its place; then none of those that follow does.
 !macro Replace name
     ${If} $R7 = 0
@@ -257,7 +262,7 @@ Section "${PRODUCT}"
     ClearErrors
     SetOutPath "$INSTDIR\${FRESH}"
     SetOverwrite try
-    File /r "${SOURCE}/*"
+    !insertmacro ForEachFile Unpack
     WriteUninstaller "$INSTDIR\${FRESH}\Uninstall.exe"
     SetOutPath "$INSTDIR"
     ${If} ${Errors}
