@@ -140,12 +140,13 @@ def side_picture(width: int = 164, height: int = 314) -> bytes:
     return header + struct.pack("<IiiHHIIiiII", 40, width, height, 1, 24, 0, len(rows), 2835, 2835, 0, 0) + bytes(rows)
 
 
-def write_setup(setup: Path, source: Path, names: list[str], version: str) -> None:
+def write_setup(setup: Path, source: Path, names: list[str], version: str, moment: int) -> None:
     """The set-up program. Raises PackageError with what the tool said."""
     include = WORK / "files.nsh"
     lines = ["!macro ForEachFile action", *(f'    !insertmacro ${{action}} "{name}"' for name in names), "!macroend", ""]
     include.write_text("\n".join(lines), encoding="utf-8")
     (WORK / "side.bmp").write_bytes(side_picture())
+    os.utime(WORK / "side.bmp", (moment, moment))  # packed with its time, as the files are
     size = sum((source / name).stat().st_size for name in names)
     values = {
         "VERSION": version,
@@ -250,7 +251,7 @@ def make(version: str, address: str, moment: int) -> None:
     names = lay_out(source, parts, moment)
     setup, portable = packages_of(version)
     write_archive(portable, [(f"Marlok Backup/{name}", source / name) for name in names], moment)
-    write_setup(setup, source, names, version)
+    write_setup(setup, source, names, version, moment)
     symbols = PACKAGES / f"Marlok-Backup-{version}-symbols.zip"
     write_archive(symbols, [(name, WINDOWS / name) for name in SYMBOLS], moment)
     bill = PACKAGES / f"Marlok-Backup-{version}.cdx.json"
