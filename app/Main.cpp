@@ -15,6 +15,7 @@
 #include "engine/RunReport.h"
 #include "fileops/PatientFiles.h"
 #include "platform/RuntimeError.h"
+#include "ui/Help.h"
 #include "ui/Texts.h"
 #include "ui/frmSSTab.h"
 #include "ui/run/Form6.h"
@@ -129,6 +130,7 @@ void Main(Session& session, forms::Windows& windows) {
         session.exitCode = exitcode::nothingRan;
         return;
     }
+    windows.OpenHelp = [&machine](const std::string& section) { ui::OpenHelp(machine, section); };
     RestoreJournal(machine).ClearKilled();
     DeletePending(session);
     ClearFlags(session);

@@ -28,6 +28,12 @@ void Form::Place(int left, int top, int width, int height) {
     }
 }
 
+void Form::AskForHelp() {
+    if (windows_.OpenHelp) {
+        windows_.OpenHelp(HelpSection());
+    }
+}
+
 void Form::SetLeastSize(int width, int height) {
     leastWidth_ = width;
     leastHeight_ = height;

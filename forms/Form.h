@@ -67,8 +67,11 @@ class Form {
     [[nodiscard]] virtual CommandButton* DefaultButton() { return nullptr; }
     [[nodiscard]] virtual CommandButton* CancelButton() { return nullptr; }
 
-    /// The button for help, which F1 presses. Null for none.
-    [[nodiscard]] virtual CommandButton* HelpButton() { return nullptr; }
+    /// The section of the help that this window is about, by its id; "" for the help as a whole.
+    [[nodiscard]] virtual std::string HelpSection() const { return {}; }
+
+    /// The user asked for help (F1): it is opened at that section, whether or not the window has a button for it.
+    void AskForHelp();
 
     /// Puts the window on the screen; attaches the view the first time.
     void Show();

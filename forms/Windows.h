@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -32,6 +33,9 @@ class Windows {
 
     [[nodiscard]] Desktop& Screen() const { return desktop_; }
     [[nodiscard]] Clock& Time() const { return clock_; }
+
+    /// Opens the help at the section of that id, from any window. Set by whoever starts the program; may be empty.
+    std::function<void(const std::string& section)> OpenHelp;
 
     /// The loaded window of class F; loads it first when it is not loaded. `arguments` go to its constructor behind
     /// this collection.

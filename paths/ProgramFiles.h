@@ -20,10 +20,11 @@ inline constexpr const char* restartSource = "Restart.sec";
 inline constexpr const char* restartProgram = "Restart.exe";
 inline constexpr const char* animation = "pc21.gif";
 inline constexpr const char* help = "Backup.hlp";
+inline constexpr const char* helpPage = "Help.html";
 
 /// All of them: what no list of original paths and no saved copy may take the place of.
-inline constexpr std::array all{program, command,     deleteFolder,  runLog,         errorLog,  report,
-                                history, replacedLog, restartSource, restartProgram, animation, help};
+inline constexpr std::array all{program,     command,       deleteFolder,   runLog,    errorLog, report,  history,
+                                replacedLog, restartSource, restartProgram, animation, help,     helpPage};
 
 /// True for the name of one of the program's files, in any letter case.
 [[nodiscard]] bool IsProgramFile(std::string_view name);

@@ -49,6 +49,11 @@ class Shell {
     };
     [[nodiscard]] virtual SystemError Open(const OpenRequest& request) = 0;
 
+    /// Opens an address ("file:///C:/Help.html#options") with the user's web browser. Opening the file itself would
+    /// lose what stands behind the "#". error::fileNotFound where the system does not tell of a browser that can be
+    /// started.
+    [[nodiscard]] virtual SystemError OpenAddress(const std::string& address) = 0;
+
     /// The current user's desktop folder without trailing "\"; "" when the system tells none.
     [[nodiscard]] virtual std::string DesktopFolder() = 0;
 

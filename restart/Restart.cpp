@@ -151,6 +151,8 @@ bool Start(const std::wstring& program, const std::wstring& folder) {
 }  // namespace
 
 int main() {
+    // What lies beside this program is none of its libraries.
+    static_cast<void>(SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32));
     const std::wstring own = ImagePath(GetCurrentProcess());
     const std::size_t folderEnd = own.find_last_of(L'\\');
     if (folderEnd == std::wstring::npos) {

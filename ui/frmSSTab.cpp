@@ -7,6 +7,7 @@
 #include "forms/Measures.h"
 #include "forms/Windows.h"
 #include "ui/Donation.h"
+#include "ui/Help.h"
 #include "ui/Texts.h"
 #include "ui/frmAbout.h"
 #include "ui/frmReplace.h"
@@ -184,13 +185,7 @@ void frmSSTab::SSTab1_Click() {
 }
 
 void frmSSTab::Help_Click() {
-    // Parameters, working folder and show mode as help files have always been opened here.
-    const SystemError code = session_.machine.shell.Open({session_.gAppFolder.PathOf(programfile::help), "0", "0", 0});
-    if (code != error::success) {
-        session_.machine.desktop.ShowMessage(
-            "The Help File Could Not Be Opened\r\n\r\n" + Describe(session_.machine.system, code),
-            messagestyle::ok | messagestyle::information, texts::infoTitle);
-    }
+    OpenHelp(session_.machine, HelpSection());
 }
 
 void frmSSTab::Command7_Click() {
@@ -235,16 +230,16 @@ forms::CommandButton* frmSSTab::DefaultButton() {
     return SSTab1.Tab() == tab::options ? &Command8 : nullptr;
 }
 
-forms::CommandButton* frmSSTab::HelpButton() {
+std::string frmSSTab::HelpSection() const {
     switch (SSTab1.Tab()) {
         case tab::options:
-            return &Command9;
+            return helpsection::options;
         case tab::backupFolder:
-            return &Command2;
+            return helpsection::backupFolder;
         case tab::filesToBackup:
-            return &Command5;
+            return helpsection::filesToBackup;
         default:
-            return &Command15;
+            return helpsection::reviewSaved;
     }
 }
 

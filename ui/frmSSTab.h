@@ -153,7 +153,7 @@ class frmSSTab : public forms::Form {
 
     void Form_Resize() override;
     forms::CommandButton* DefaultButton() override;
-    forms::CommandButton* HelpButton() override;
+    [[nodiscard]] std::string HelpSection() const override;
 
  protected:
     void Form_Load() override;

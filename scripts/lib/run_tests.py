@@ -28,7 +28,7 @@ SYSTEM_LIBRARIES = set(
     """advapi32 comctl32 comdlg32 gdi32 kernel32 msvcrt ole32 oleaut32 shell32 shlwapi user32 uxtheme version
     wininet""".split()
 )
-MUST_SHIP = {"Marlok Backup.exe", "Restart.sec", "LICENSE", "pc21.gif"}
+MUST_SHIP = {"Marlok Backup.exe", "Restart.sec", "LICENSE", "THIRD-PARTY-LICENSES", "Help.html", "pc21.gif"}
 MAY_SHIP = {"Backup.hlp"}
 
 
@@ -200,6 +200,27 @@ def e2e_stage(job: Job) -> Count:
     return report.count()
 
 
+def release_stage(job: Job) -> Count:
+    """The packages can be made of what was built."""
+    return job.check(["scripts/package", "--built", "--allow-changes"], 600)
+
+
+def installer_stage(job: Job) -> Count:
+    """The packages hold what they should, and what they install works."""
+    return pytest(job, job.name, ["tests/package"], 600).count()
+
+
+def help_browser_stage(job: Job) -> Count:
+    """The help page in a browser, which is too large to be asked for in every run."""
+    if job.run(["scripts/setup", "browser"], 900) != 0:
+        return Count(0, 1)
+    return pytest(job, job.name, ["tests/package/test_help.py"], 300).count()
+
+
+def reproducible_stage(job: Job) -> Count:
+    return job.check(["scripts/lib/reproducible.py"], 3600)
+
+
 def e2e_nightly_stage(job: Job) -> Count:
     return pytest(job, job.name, ["-m", "nightly", "tests/windows/e2e"], 3600).count()
 
@@ -236,6 +257,8 @@ STAGES = [
     Stage("dist", "what ships", dist_stage, needs=["build-windows"], after=["demo"]),
     Stage("windows", "tests on the real machine", windows_stage, needs=["packages", "build-windows"], after=["demo"]),
     Stage("e2e", "the built program, end to end", e2e_stage, needs=["packages", "build-windows"], after=["demo"]),
+    Stage("release", "the packages", release_stage, needs=["packages", "build-windows"], after=["demo"]),
+    Stage("installer", "installing, upgrading and removing", installer_stage, needs=["release"], after=["windows"]),
     Stage("build-host", "the rules, with sanitizers", build_host_stage, patient=True),
     Stage("unit", "unit tests on the in-memory machine", unit_stage, needs=["build-host"], patient=True),
     Stage(
@@ -250,6 +273,10 @@ STAGES = [
     Stage(
         "e2e-nightly", "the slow end-to-end tests", e2e_nightly_stage, nightly=True,
         needs=["packages", "build-windows"], after=["windows", "e2e"]),
+    Stage("help-browser", "the help page in a browser", help_browser_stage, nightly=True, needs=["release"]),
+    Stage(
+        "reproducible", "two builds give the same bytes", reproducible_stage, nightly=True,
+        needs=["packages", "build-windows"], after=["e2e-nightly"], patient=True),
     Stage(
         "sweeps", "a failure and a death at every step", sweeps_stage, nightly=True, needs=["build-host"],
         after=["tidy-tests"], patient=True),

@@ -31,7 +31,11 @@ from pathlib import Path
 REPO = Path(__file__).resolve().parents[2]
 
 # Raised when the way the template is made changes, so that old ones are not used any more.
-TEMPLATE_VERSION = 3
+TEMPLATE_VERSION = 6
+
+# A browser that writes the addresses it is given to this file of a machine, a line each, in quotation marks.
+BROWSER_LOG = Path("drive_c", "asked.txt")
+_BROWSER = r'C:\\windows\\system32\\cmd.exe /c echo \"%1\">>C:\\asked.txt'
 
 _MAX_SLOTS = 100
 _USUAL_DOTS_PER_INCH = 96
@@ -241,11 +245,13 @@ class WineEnvironment:
         """What every machine has in its registry from the start, in one run of the registry's own tool."""
         file = template / "settle.reg"
         # The program is made for Windows 10; a prefix is an older one unless it is said. No window manager runs on the
-        # display: waiting for one would take two seconds for each dialog, and the windows would have no frames.
+        # display: waiting for one would take two seconds for each dialog, and the windows would have no frames. The
+        # browser is one that writes down what it was asked for; Wine's own would start that of whoever runs this.
         lines = [
             "Windows Registry Editor Version 5.00", "",
             r"[HKEY_CURRENT_USER\Software\Wine]", '"Version"="win10"', "",
             r"[HKEY_CURRENT_USER\Software\Wine\X11 Driver]", '"Managed"="N"', "",
+            r"[HKEY_CLASSES_ROOT\http\shell\open\command]", f'@="{_BROWSER}"', "",
         ]  # fmt: skip
         file.write_bytes(b"\xff\xfe" + "\r\n".join(lines).encode("utf-16-le"))
         command = ["wine", "reg", "import", "Z:" + str(file).replace("/", "\\")]

@@ -11,6 +11,7 @@ class ForwardingShell : public Shell {
 
     [[nodiscard]] int Perform(const ShellFileOperation& operation) override { return inner_.Perform(operation); }
     [[nodiscard]] SystemError Open(const OpenRequest& request) override { return inner_.Open(request); }
+    [[nodiscard]] SystemError OpenAddress(const std::string& address) override { return inner_.OpenAddress(address); }
     [[nodiscard]] std::string DesktopFolder() override { return inner_.DesktopFolder(); }
     [[nodiscard]] SystemError SaveShortcut(const Shortcut& shortcut) override { return inner_.SaveShortcut(shortcut); }
 

@@ -244,6 +244,17 @@ SystemError InMemoryShell::Open(const OpenRequest& request) {
     return place.node != nullptr ? error::success : place.error;
 }
 
+SystemError InMemoryShell::OpenAddress(const std::string& address) {
+    if (const SystemError code = faults_.Enter("Shell.OpenAddress", address, false); code != error::success) {
+        return code;
+    }
+    if (!hasBrowser) {
+        return error::fileNotFound;
+    }
+    addresses_.push_back(address);
+    return error::success;
+}
+
 SystemError InMemoryShell::SaveShortcut(const Shortcut& shortcut) {
     if (const SystemError code = faults_.Enter("Shell.Shortcut", shortcut.path, true); code != error::success) {
         return code;

@@ -21,6 +21,9 @@ class InMemoryShell : public Shell {
     /// Records the request. A file that is not there cannot be opened ("Shell.Open").
     [[nodiscard]] SystemError Open(const OpenRequest& request) override;
 
+    /// Records the address ("Shell.OpenAddress").
+    [[nodiscard]] SystemError OpenAddress(const std::string& address) override;
+
     [[nodiscard]] std::string DesktopFolder() override { return desktopFolder; }
 
     /// Records the shortcut and writes its file ("Shell.Shortcut").
@@ -34,9 +37,13 @@ class InMemoryShell : public Shell {
     bool deletesReadOnly = true;
     std::string desktopFolder = R"(C:\Users\User\Desktop)";
 
+    /// Whether the user has a browser that can be found and started.
+    bool hasBrowser = true;
+
     [[nodiscard]] const std::vector<Shortcut>& Shortcuts() const { return shortcuts_; }
     [[nodiscard]] const std::vector<ShellFileOperation>& Operations() const { return operations_; }
     [[nodiscard]] const std::vector<OpenRequest>& Opened() const { return opened_; }
+    [[nodiscard]] const std::vector<std::string>& Addresses() const { return addresses_; }
 
  private:
     [[nodiscard]] SystemError Expand(const std::string& from, std::vector<NodePtr>& nodes) const;
@@ -56,6 +63,7 @@ class InMemoryShell : public Shell {
     std::vector<Shortcut> shortcuts_;
     std::vector<ShellFileOperation> operations_;
     std::vector<OpenRequest> opened_;
+    std::vector<std::string> addresses_;
 };
 
 }  // namespace marlok::test

@@ -254,6 +254,17 @@ TEST_F(MainTest, ASecondInstanceLoadsNoWindow) {
     EXPECT_FALSE(Start("").windows.AnyLoaded());
 }
 
+TEST_F(MainTest, HelpIsThereForEveryWindow) {
+    machine.Remove(Beside("Backup.hlp"));
+    machine.Seed({{Beside("Help.html"), "page"}});
+    Configure(machine, {});
+    auto* welcome = Start("").windows.Find<app::frmStartUp>();
+    ASSERT_NE(welcome, nullptr);
+    welcome->AskForHelp();
+    ASSERT_EQ(machine.shell.Opened().size(), 1U);
+    EXPECT_EQ(machine.shell.Opened().front().path, Beside("Help.html"));
+}
+
 TEST_F(MainTest, PendingDeletionsAreCarriedOutOnce) {
     machine.Seed({{R"(C:\Old\Sub\)"},
                   {R"(C:\Older\)"},

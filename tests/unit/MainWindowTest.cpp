@@ -242,26 +242,68 @@ TEST_F(MainWindowTest, EveryHelpButtonOpensTheHelpFileAsItAlwaysDid) {
     EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
 }
 
-TEST_F(MainWindowTest, AHelpFileThatCannotBeOpenedIsTold) {
+TEST_F(MainWindowTest, WithoutAHelpFileTheHelpPageIsOpenedAtTheSectionOfTheTab) {
+    machine.Remove(Beside("Backup.hlp"));
+    machine.Seed({{Beside("Help.html"), "page"}});
+    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
+    ui::frmSSTab& window = Open();
+    const std::vector<std::pair<int, forms::CommandButton*>> buttons{{ui::tab::options, &window.Command9},
+                                                                     {ui::tab::backupFolder, &window.Command2},
+                                                                     {ui::tab::filesToBackup, &window.Command5},
+                                                                     {ui::tab::reviewSaved, &window.Command15}};
+    for (const auto& [tab, button] : buttons) {
+        window.SSTab1.SetTab(tab);
+        button->Click();
+    }
+    const std::string page = "file:///C:/Program%20Files/Marlok/Help.html";
+    EXPECT_THAT(machine.shell.Addresses(), ElementsAre(page + "#options", page + "#backup-folder",
+                                                       page + "#files-to-backup", page + "#review-saved"));
+    EXPECT_THAT(machine.shell.Opened(), IsEmpty());
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
+}
+
+TEST_F(MainWindowTest, WithoutABrowserThatCanBeFoundTheHelpPageIsOpenedLikeAnyFile) {
+    machine.Remove(Beside("Backup.hlp"));
+    machine.Seed({{Beside("Help.html"), "page"}});
+    machine.shell.hasBrowser = false;
+    Open().Command2.Click();
+    ASSERT_THAT(machine.shell.Opened(), SizeIs(1));
+    EXPECT_EQ(machine.shell.Opened().front().path, Beside("Help.html"));
+    EXPECT_EQ(machine.shell.Opened().front().showMode, 1) << "a browser that is started hidden shows nothing";
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
+}
+
+TEST_F(MainWindowTest, AHelpFileThatCannotBeOpenedGivesWayToTheHelpPage) {
+    machine.Seed({{Beside("Backup.hlp"), "help"}, {Beside("Help.html"), "page"}});
+    machine.faults.FailWhen([](const Step& step) {
+        return step.operation == "Shell.Open" && step.path.ends_with(".hlp") ? error::ioDevice : error::success;
+    });
+    Open().Command2.Click();
+    EXPECT_THAT(machine.shell.Addresses(), SizeIs(1));
+    EXPECT_THAT(machine.desktop.Messages(), IsEmpty());
+}
+
+TEST_F(MainWindowTest, HelpThatCannotBeOpenedAtAllIsReported) {
     machine.Remove(Beside("Backup.hlp"));
     machine.desktop.Answer(button::ok);
     Open().Command2.Click();
     ASSERT_THAT(machine.desktop.Messages(), SizeIs(1));
     EXPECT_THAT(LastMessage(), HasSubstr("The Help File Could Not Be Opened"));
+    EXPECT_THAT(LastMessage(), HasSubstr(Beside("Help.html")));
     EXPECT_THAT(LastMessage(), HasSubstr("(error 2)"));
+    EXPECT_THAT(machine.shell.Addresses(), IsEmpty()) << "the browser would show an error of its own";
     EXPECT_EQ(machine.desktop.Messages().front().style, information);
 }
 
-TEST_F(MainWindowTest, F1HelpsOnEveryTab) {
-    Configure(machine, {{R"(E:\Save)", {R"(C:\Data)"}}});
+TEST_F(MainWindowTest, HelpIsAskedForAtTheTabEvenWhileItsButtonIsDisabled) {
+    std::vector<std::string> asked;
     ui::frmSSTab& window = Open();
-    EXPECT_EQ(window.HelpButton(), &window.Command9);
+    EXPECT_FALSE(window.Command9.Enabled.Get()) << "nothing is configured";
+    window.Collection().OpenHelp = [&asked](const std::string& section) { asked.push_back(section); };
+    window.AskForHelp();
     window.SSTab1.SetTab(ui::tab::backupFolder);
-    EXPECT_EQ(window.HelpButton(), &window.Command2);
-    window.SSTab1.SetTab(ui::tab::filesToBackup);
-    EXPECT_EQ(window.HelpButton(), &window.Command5);
-    window.SSTab1.SetTab(ui::tab::reviewSaved);
-    EXPECT_EQ(window.HelpButton(), &window.Command15);
+    window.AskForHelp();
+    EXPECT_THAT(asked, ElementsAre("options", "backup-folder"));
 }
 
 TEST_F(MainWindowTest, EnterPressesTheRunButtonOnItsOwnTabAlone) {

@@ -5,6 +5,7 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
+#include "win32/machine/Association.h"
 #include "win32/machine/Automation.h"
 #include "win32/machine/ShellLink.h"
 #include "win32/machine/Wide.h"
@@ -110,6 +111,11 @@ SystemError Win32Shell::Open(const OpenRequest& request) {
     open.nShow = request.showMode;
     SetLastError(ERROR_SUCCESS);
     return ShellExecuteExW(&open) != 0 ? error::success : OpenError(open, GetLastError());
+}
+
+SystemError Win32Shell::OpenAddress(const std::string& address) {
+    // The browser is what pages of the web are opened with; files that end in ".html" may be an editor's.
+    return HoldsZero(address) ? error::invalidName : OpenByScheme(L"http", ToWide(address));
 }
 
 std::string Win32Shell::DesktopFolder() {

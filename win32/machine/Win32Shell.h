@@ -20,6 +20,7 @@ class Win32Shell : public Shell {
 
     int Perform(const ShellFileOperation& operation) override;
     SystemError Open(const OpenRequest& request) override;
+    SystemError OpenAddress(const std::string& address) override;
     std::string DesktopFolder() override;
     SystemError SaveShortcut(const Shortcut& shortcut) override;
 

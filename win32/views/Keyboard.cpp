@@ -59,7 +59,10 @@ bool Keyboard::KeyDown(const MSG& message) const {
     const bool control = IsDown(VK_CONTROL);
     switch (message.wParam) {
         case VK_F1:
-            return (message.lParam & repeated) != 0 || PressButton(form_.HelpButton());
+            if ((message.lParam & repeated) == 0) {
+                post_([this] { form_.AskForHelp(); });
+            }
+            return true;
         case VK_ESCAPE:
             return !WantsKey(message) && ((message.lParam & repeated) != 0 || PressButton(form_.CancelButton()));
         case VK_RETURN:

@@ -15,7 +15,7 @@ namespace marlok::win32 {
 
 /// The keys that mean the same wherever the keyboard is in a window.
 ///
-/// F1 presses the help button, Escape the cancel button, Enter the button that has the keyboard or else the default
+/// F1 asks the window for help, Escape the cancel button, Enter the button that has the keyboard or else the default
 /// button. Ctrl+Tab and Ctrl+Page Down bring up the next tab, with Shift or Page Up the one before. Alt with a letter
 /// presses the one button or check box whose caption starts with it, or goes round among several.
 class Keyboard {

@@ -20,7 +20,7 @@ from pathlib import Path
 
 REPO = Path(__file__).resolve().parents[3]
 sys.path.insert(0, str(REPO / "scripts" / "lib"))
-from wine_env import WineEnvironment  # noqa: E402
+from wine_env import BROWSER_LOG, WineEnvironment  # noqa: E402
 
 PROGRAM = "Marlok Backup.exe"
 RUN_LOG = "Backup Log File.txt"
@@ -580,6 +580,11 @@ class Machine:
         done = self.tool("attributes", windows_path, *([] if word is None else [str(word)]))
         assert done.code == 0, done.errors
         return int(done.output)
+
+    def asked_of_browser(self) -> list[str]:
+        """The addresses that programs of this machine have opened in the browser, in order, since it was made."""
+        log = self._wine.prefix / BROWSER_LOG
+        return log.read_text().replace('"', "").split() if log.exists() else []
 
     def running(self) -> dict[int, str]:
         """The programs of this test's program folder that run now, whoever started them: their command lines by process

@@ -303,6 +303,10 @@ def test_everything_goes_with_the_keyboard_alone(machine: Machine) -> None:
     window.key("Ctrl+Shift+Tab")
     assert wait_until(lambda: window.front_tab() == "Options", 5)
     window.key("F1")
+    page = "file:///P:/" + machine.windows_folder[3:].replace("\\", "/").replace(" ", "%20") + "/Help.html"
+    assert wait_until(lambda: machine.asked_of_browser()[-1:] == [page + "#options"], 10), machine.asked_of_browser()
+    (machine.folder / "Help.html").unlink()
+    window.key("F1")
     machine.window(MESSAGE + "|The Help File Could Not Be Opened", 10).key("Escape")
     assert wait_until(lambda: machine.windows() == [TITLE], 5)
     window.key("Alt+S")  # "Select Backup"
