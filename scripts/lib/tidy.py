@@ -27,7 +27,9 @@ PACKAGES = [TOOL, "libstdc++-12-dev", "libc6-dev", "googletest", "g++-mingw-w64-
 
 _QUOTED_INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*"([^"]+)"', re.MULTILINE)
 # A precompiled header is included by the command line.
-_PRECOMPILED = re.compile(r"-Winvalid-pch|-include \S*cmake_pch\.hxx")
+_PRECOMPILED = re.compile(
+    r"-Winvalid-pch|-Xclang -include(-pch)? -Xclang \S*cmake_pch\.hxx(\.pch)?|-include \S*cmake_pch\.hxx"
+)
 
 
 @dataclass(frozen=True)

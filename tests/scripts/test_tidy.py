@@ -101,9 +101,17 @@ def test_a_source_that_does_not_compile_fails(house: House) -> None:
     assert "nothing" in said
 
 
-def test_what_a_precompiled_header_would_bring_has_to_be_included(house: House) -> None:
+@pytest.mark.parametrize(
+    "flags",
+    [
+        "-Winvalid-pch -include {root}/cmake_pch.hxx",
+        "-Winvalid-pch -Xclang -include-pch -Xclang {root}/cmake_pch.hxx.pch "
+        "-Xclang -include -Xclang {root}/cmake_pch.hxx",
+    ],
+)
+def test_what_a_precompiled_header_would_bring_has_to_be_included(house: House, flags: str) -> None:
     house.write("cmake_pch.hxx", "int nothing = 1;\n")
-    house.add("c.cpp", "int c() { return nothing; }\n", f"-Winvalid-pch -include {house.root}/cmake_pch.hxx")
+    house.add("c.cpp", "int c() { return nothing; }\n", flags.format(root=house.root))
     assert house.look()[0] == Count(0, 1)
 
 
