@@ -133,8 +133,6 @@ class Stage:
     what: str
     run: Callable[[Job], Count]
     nightly: bool = False
-    # Left out unless it is named.
-    by_name: bool = False
     # What has to have passed before, and what has to have ended before, where they belong to the run.
     needs: list[str] = field(default_factory=list)
     after: list[str] = field(default_factory=list)
