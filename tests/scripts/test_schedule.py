@@ -246,3 +246,14 @@ def test_a_patient_stage_gives_way(runs: Runs) -> None:
 
     values = {name: int((runs.folder / f"{name}.log").read_text().splitlines()[-1]) for name in ("patient", "other")}
     assert values["patient"] > values["other"]
+
+
+@pytest.mark.skipif(not Path("/proc/self/autogroup").exists(), reason="sessions are not told apart here")
+def test_the_session_of_a_patient_stage_gives_way_too(runs: Runs) -> None:
+    def niceness(job: Job) -> Count:
+        return job.check(["cat", "/proc/self/autogroup"], 20)
+
+    runs.run(Stage("patient", "", niceness, patient=True), Stage("other", "", niceness))
+
+    assert (runs.folder / "patient.log").read_text().rstrip().endswith(" nice 15")
+    assert (runs.folder / "other.log").read_text().rstrip().endswith(" nice 0")
