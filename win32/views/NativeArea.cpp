@@ -46,7 +46,9 @@ COLORREF ColourBehind(HWND window) {
 std::uint32_t Background(const forms::Control& control, HWND window) {
     const forms::Colour own = control.BackColor;
     const std::uint32_t colour = own != forms::systemColour ? own : ColourBehind(window);
-    return GetRValue(colour) << 16U | GetGValue(colour) << 8U | GetBValue(colour);
+    const std::uint32_t red = GetRValue(colour);
+    const std::uint32_t green = GetGValue(colour);
+    return red << 16U | green << 8U | GetBValue(colour);
 }
 
 PixelSize AreaOf(HWND window) {
