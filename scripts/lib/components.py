@@ -53,7 +53,7 @@ RUNTIME = Component(
     "mingw-w64-x86-64-dev",
     MINGW_NOTICE)  # fmt: skip
 THREADS = Component("winpthreads", "threads", "MIT AND BSD-3-Clause", "mingw-w64-x86-64-dev", MINGW_NOTICE)
-# The part of the set-up program that is not ours: it unpacks and runs the script.
+# What the set-up program brings along that is not ours: it unpacks and runs the script.
 INSTALLER = Component(
     "nsis", "set-up program", "Zlib AND MIT AND CPL-1.0 WITH LZMA-exception", "nsis", DOCUMENTS / "nsis" / "copyright")
 

@@ -16,7 +16,7 @@ namespace marlok::win32 {
 
 class NativeLoop;
 
-/// What the system says to a form's window: takes each message to the part of the window that it concerns.
+/// What the system says to a form's window: takes each message to the member that it concerns.
 class FormMessages {
  public:
     /// A window and its parts, all of which outlive the messages.
